@@ -1,0 +1,18 @@
+// Quotient and remainder of two runs of limbs, exact for every operand.
+#pragma once
+
+#include "base/limb.h"
+#include "limbs/workspace.h"
+
+namespace tivelo::limbs {
+
+// Bytes of workspace that divide() of na by nb limbs takes at most. Monotone in na for fixed nb.
+std::size_t divide_workspace(std::size_t na, std::size_t nb);
+
+// a = q x b + r with r < b. b has at least one limb and no leading zero limb; a.size() >= b.size()
+// and a may have leading zero limbs. q.size() == a.size() - b.size() + 1, r.size() == b.size();
+// both are filled completely, leading zeros included. q and r overlap neither each other nor an
+// operand.
+void divide(Limbs q, Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws);
+
+}  // namespace tivelo::limbs
