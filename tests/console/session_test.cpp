@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -179,7 +180,12 @@ std::vector<fs::path> transcripts() {
 
 std::string name_of(const testing::TestParamInfo<SessionTest::ParamType>& test) {
   const auto& [file, index] = test.param;
-  return file.stem().string() + "_" + kWays[index].first;
+  std::string name = file.lexically_relative(fs::path(TIVELO_ROOT) / "tests/sessions").string();
+  if (file.extension() == ".md") name = file.stem().string();
+  name = name.substr(0, name.rfind(".session")) + "_" + kWays[index].first;
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return std::isalnum(c) == 0; }, '_');
+  return name;
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SessionTest,
