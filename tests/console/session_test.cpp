@@ -30,7 +30,7 @@ struct Outcome {
 using Way = Outcome (*)(const std::vector<std::string>& args, const std::string& typed,
                         const fs::path& folder);
 
-constexpr unsigned kSeconds = 60;  // a run that takes longer hangs; it ends with signal 14
+constexpr unsigned kSeconds = 30;  // a run that takes longer hangs; it ends with signal 14
 
 Outcome run_program(const std::vector<std::string>& args, const std::string& typed,
                     const fs::path& folder) {
