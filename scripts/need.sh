@@ -1,0 +1,27 @@
+# Sourced by the other scripts. "need THING..." makes sure that commands and headers are there:
+# where the user is root and has apt-get it installs what is missing, elsewhere it names it.
+
+declare -A PACKAGE=([clang++]=clang [gtest/gtest.h]=libgtest-dev [gmp.h]=libgmp-dev
+                    [benchmark/benchmark.h]=libbenchmark-dev)
+
+have() {
+  case $1 in
+    *.h) echo "#include <$1>" | g++ -E -x c++ - >/dev/null 2>&1 ;;
+    *) command -v "$1" >/dev/null ;;
+  esac
+}
+
+need() {
+  local thing missing=()
+  for thing in "$@"; do
+    have "$thing" || missing+=("${PACKAGE[$thing]:-$thing}")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  if [ "$(id -u)" -eq 0 ] && command -v apt-get >/dev/null; then
+    apt-get -q update
+    DEBIAN_FRONTEND=noninteractive apt-get -q install -y --no-install-recommends "${missing[@]}"
+  else
+    echo "Missing: ${missing[*]}. On Debian: sudo apt-get install ${missing[*]}" >&2
+    exit 1
+  fi
+}
