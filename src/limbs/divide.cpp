@@ -127,7 +127,7 @@ void divide_block(Limbs q, Limbs u, ConstLimbs b, Workspace ws) {
 
 // Limbs of the quotient that divide() finds at a time: bounds its workspace by the divisor.
 std::size_t chunk_length(std::size_t m, std::size_t n) {
-  return std::min(m, n < kRecursion ? kRowChunk : n < kReciprocal ? n : 2 * n);
+  return std::min(m, n < kReciprocal ? std::max(kRowChunk, n) : 2 * n);
 }
 
 }  // namespace
