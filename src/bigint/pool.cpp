@@ -30,12 +30,6 @@ num extra[8];
 
 constexpr std::size_t kRecords = 2 * kPoolPairs + std::size(extra);
 
-void attach(num& record, Limb*& block) {
-  record.limbs = block;
-  record.end = IS;
-  block += IS;
-}
-
 void name_registers() {
   num** const on_c[] = {&Z1, &Z3, &Z5, &Z7, &Z9};
   num** const on_m[] = {&Z2, &Z4, &Z6, &Z8};
@@ -70,12 +64,17 @@ std::size_t engine_bytes(int limbs) {
 }
 
 void attach_pool(Limb* block, Workspace workspace) {
+  const auto take = [&block] {
+    Limb* limbs = block;
+    block += IS;
+    return limbs;
+  };
   for (int i = 0; i < kPoolPairs; ++i) {
-    attach(Yc[i], block);
-    attach(Ym[i], block);
+    attach(&Yc[i], take());
+    attach(&Ym[i], take());
   }
   for (num& record : extra) {
-    attach(record, block);
+    attach(&record, take());
     clear(&record);
   }
   engine = workspace;
