@@ -23,7 +23,8 @@ void attach(num* a, Limb* limbs) {
 ConstLimbs magnitude(const num* a) { return limbs::strip(in_use(a)); }
 
 int rclear(num* a) {
-  std::ranges::fill(places(a, std::max(a->len, 1)), Limb{0});
+  if (a->len > 1) std::ranges::fill(in_use(a), Limb{0});
+  units(a) = 0;
   a->end = IS;
   a->sign = 1;
   a->len = a->ext = a->shift = a->dec = a->rem = a->res = a->imag = 0;
@@ -38,8 +39,8 @@ int clear(num* a) {
 
 int rncopy(num* dst, const num* src) {
   if (dst == src) return 0;
-  if (src->len == 0) units(dst) = 0;
-  std::ranges::copy(in_use(src), places(dst, src->len).begin());
+  units(dst) = src->len == 0 ? 0 : units(src);
+  if (src->len > 1) std::ranges::copy(in_use(src), places(dst, src->len).begin());
   dst->len = src->len;
   dst->ext = src->ext;
   dst->sign = src->sign;

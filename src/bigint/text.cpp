@@ -40,7 +40,7 @@ bool set_digits(num* a, std::string_view head, std::string_view tail) {
 }
 
 // Up to three fraction digits k: the digits of both parts form one integer. Its last limb mixes
-// the parts and is put together apart.
+// both and is put together apart.
 bool set_exact(num* a, const char* digits, int n, int k) {
   char tail[kLimbDigits];
   const int from_integer = std::min(n, kLimbDigits - k);

@@ -63,12 +63,12 @@ bool store_field(const Field& field, int column, int row) {
 
 }  // namespace
 
-int csv_save(const char* name, const char* spec) {
+int csv_save(const char* name, const char* range) {
   char text[kSavedBytes] = {};
   int size = 0;
   bool covered = false;
-  for (int row = 1; row <= spec[1] - '0'; ++row) {
-    for (int v = 0; v <= spec[0] - 'A'; ++v)
+  for (int row = 1; row <= range[1] - '0'; ++row) {
+    for (int v = 0; v <= range[0] - 'A'; ++v)
       size += std::snprintf(text + size, 13, "%d,", saved_word(v, row, covered));
     text[size++] = '\n';
   }

@@ -4,10 +4,10 @@
 
 namespace tivelo {
 
-// Writes cells 1 to spec[1] - '0' of the variables A to spec[0] into the file `name`;
-// spec[0] is a capital and spec[1] a digit. Returns 0, after "file_protected\n" when the file
+// Writes cells 1 to range[1] - '0' of the variables A to range[0] into the file `name`;
+// range[0] is a capital and range[1] a digit. Returns 0, after "file_protected\n" when the file
 // cannot be written.
-int csv_save(const char* name, const char* spec);
+int csv_save(const char* name, const char* range);
 
 // Reads the first 1800 bytes of the file `name` into cells. Returns the number of
 // bytes, or 0 after "file_not_found\n" with no cell changed. Columns behind Z and cells that do not

@@ -52,9 +52,9 @@ class Undo {
 };
 
 // The exact value f over the one-limb denominator d becomes a decimal over 1, cut.
-int bring_to_decimal(num* c, std::int64_t d) {
+int bring_to_decimal(num* c, int d) {
   const int status = to_decimal(c);
-  if (status >= 0) div(c, static_cast<int>(d));
+  if (status >= 0) div(c, d);
   return status;
 }
 
@@ -68,20 +68,20 @@ void divide_by(num* a, const num* m) {
 }
 
 // x + y over one-limb denominators with g as their greatest common divisor.
-int exact_sum(numf* r, numf* x, numf* y, std::int64_t g) {
+int exact_sum(numf* r, numf* x, numf* y, int g) {
   const Undo undo(r, x, y);
-  std::int64_t dx = low_limb(x->m);
-  std::int64_t dy = low_limb(y->m);
+  int dx = static_cast<int>(units(x->m));
+  int dy = static_cast<int>(units(y->m));
   if (x->c->dec != y->c->dec) {
     const bool x_is_decimal = x->c->dec > y->c->dec;
-    std::int64_t& d = x_is_decimal ? dy : dx;
+    int& d = x_is_decimal ? dy : dx;
     if (bring_to_decimal(x_is_decimal ? y->c : x->c, d) < 0) return undo.refuse(kNoRoom);
     d = 1;
   }
   r->c->dec = x->c->dec;
-  const std::int64_t l = dx / g * dy;
-  if (prodc(x->c, x->c, static_cast<int>(l / dx)) < 0 ||
-      prodc(y->c, y->c, static_cast<int>(l / dy)) < 0 || sum(r->c, x->c, y->c) < 0)
+  const int l = dx / g * dy;
+  if (prodc(x->c, x->c, l == dx ? 1 : l / dx) < 0 || prodc(y->c, y->c, l == dy ? 1 : l / dy) < 0 ||
+      sum(r->c, x->c, y->c) < 0)
     return undo.refuse(kNoRoom);
   set_one_limb(r->m, static_cast<Limb>(l));
   nreduct(r->c, r->m);

@@ -33,6 +33,7 @@ void set_one_limb(num* a, Limb v) {
 }
 
 int gcm(int a, int b) {
+  if (b == 1) return 1;
   for (;;) {
     a %= b;
     if (a == 0) return b;

@@ -183,6 +183,7 @@ int nreduct(num* a, num* b) {
   if (a->len == 1 && b->len == 1) {
     if (units(b) == 0) return 0;
     const int g = gcm(static_cast<int>(units(a)), static_cast<int>(units(b)));
+    if (g == 1) return 1;
     units(a) /= static_cast<Limb>(g);
     units(b) /= static_cast<Limb>(g);
     return g;
