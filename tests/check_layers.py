@@ -17,11 +17,6 @@ MAY_PRINT = {"base", "console", "output"}
 HEAP = (r"\bnew\b(?!\s*\((?!std::nothrow))|\bmake_(?:unique|shared)\b"
         r"|\b(?:malloc|calloc|realloc|aligned_alloc|mmap|strdup)\s*\("
         r"|\bstd::(?:vector|string|deque|list|map|set|unordered_\w+|function|\w*stringstream)\b")
-PRINT = {"base", "console", "output"}
-
-# A new with an address takes no memory.
-HEAP = (r"\bnew\b(?!\s*\((?!std::nothrow))|\b(?:malloc|calloc|realloc|aligned_alloc|mmap|strdup)\s*\(|\bmake_(?:unique|shared)\b"
-        r"|\bstd::(?:vector|string|deque|list|map|set|unordered_\w+|function|\w*stringstream)\b")
 PRINT = (r"\b(?:v?f?printf|f?puts|f?putc|putchar|fwrite|perror)\s*\(|\bstd::(?:cout|cerr|clog)\b"
          r"|(?<!\w)::write\s*\(")
 # Includes, comments, strings and characters; digit separators are no quotes.
