@@ -1,9 +1,94 @@
+// The linear kernels. Two ideas carry the file. Addition works on two limbs in one 64-bit word,
+// biased so that a decimal carry becomes a binary one. Division by a small number keeps its
+// remainder only roughly reduced, so that one multiply-high, one multiply and one subtraction are
+// all that one block waits for from the block before it.
 #include "limbs/arith.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cassert>
+#include <cstring>
+
+#include "limbs/wide.h"
 
 namespace tivelo::limbs {
+namespace {
+
+constexpr std::uint64_t kBase2 = std::uint64_t{kBase} * kBase;
+
+// What a 32-bit half holds beyond one limb. Added to both halves of a pair, it makes a sum of at
+// least kBase carry out of its half.
+constexpr std::uint64_t kSlack = (std::uint64_t{1} << 32) - kBase;
+
+// Two limbs in one word, the more significant one in the upper half.
+std::uint64_t load_pair(const Limb* p) {
+  std::uint64_t w;
+  std::memcpy(&w, p, sizeof w);
+  return std::endian::native == std::endian::little ? std::rotl(w, 32) : w;
+}
+
+void store_pair(Limb* p, std::uint64_t w) {
+  if (std::endian::native == std::endian::little) w = std::rotl(w, 32);
+  std::memcpy(p, &w, sizeof w);
+}
+
+// Divisor and reciprocal: reduce(x) is x mod k plus at most one k, for every 64-bit x. With
+// inverse >= 2^64 / k - 1 the estimated quotient exceeds x / k - x / 2^64 - 1, so that it is at
+// most one too small.
+struct Reducer {
+  std::uint64_t k;
+  std::uint64_t inverse;
+
+  explicit Reducer(std::uint32_t divisor) : k(divisor), inverse(~std::uint64_t{0} / divisor) {}
+  std::uint64_t reduce(std::uint64_t x) const { return x - multiply_high(x, inverse) * k; }
+  std::uint64_t modulo(std::uint64_t x) const {
+    const std::uint64_t rest = reduce(x);
+    return rest >= k ? rest - k : rest;
+  }
+};
+
+// Limbs of one dot product: a product is below 10^8 x 2^32, and 32 of them stay below 2^64.
+constexpr std::size_t kDot = 32;
+static_assert(kDot * kBase < std::uint64_t{1} << 32);
+
+// Remainder of a: every block of kDot limbs is multiplied by the powers of the base modulo k and
+// summed without a reduction; the sums are then joined by Horner's rule, step being the base to
+// the power kDot. a.size() is a multiple of kDot.
+[[gnu::always_inline]] inline std::uint64_t fold(std::uint64_t rest, ConstLimbs a,
+                                                 const std::uint32_t* power, std::uint64_t step,
+                                                 Reducer by) {
+  for (std::size_t i = 0; i < a.size(); i += kDot) {
+    std::uint64_t sum = 0;
+    for (std::size_t j = 0; j < kDot; ++j) sum += std::uint64_t{a[i + j]} * power[j];
+    rest = by.modulo(rest * step + by.modulo(sum));
+  }
+  return rest;
+}
+
+// The same loop, compiled for the vectors every processor has and for wider ones.
+std::uint64_t fold_plain(std::uint64_t rest, ConstLimbs a, const std::uint32_t* power,
+                         std::uint64_t step, Reducer by) {
+  return fold(rest, a, power, step, by);
+}
+
+#if defined(__x86_64__)
+[[gnu::target("avx2")]] std::uint64_t fold_avx2(std::uint64_t rest, ConstLimbs a,
+                                                const std::uint32_t* power, std::uint64_t step,
+                                                Reducer by) {
+  return fold(rest, a, power, step, by);
+}
+#endif
+
+std::uint64_t fold_fastest(std::uint64_t rest, ConstLimbs a, const std::uint32_t* power,
+                           std::uint64_t step, Reducer by) {
+#if defined(__x86_64__)
+  if (__builtin_cpu_supports("avx2")) return fold_avx2(rest, a, power, step, by);
+#endif
+  return fold_plain(rest, a, power, step, by);
+}
+
+}  // namespace
 
 ConstLimbs strip(ConstLimbs a) {
   std::size_t zeros = 0;
@@ -20,11 +105,23 @@ int compare(ConstLimbs a, ConstLimbs b) {
 
 Limb add(Limbs r, ConstLimbs a, ConstLimbs b) {
   assert(r.size() == a.size() && a.size() >= b.size());
-  Limb carry = 0;
   std::size_t i = a.size();
-  for (std::size_t j = b.size(); j-- > 0;) {
+  std::size_t j = b.size();
+  std::uint64_t carry = 0;
+  for (; j >= 2; i -= 2, j -= 2) {
+    const std::uint64_t x = load_pair(&a[i - 2]);
+    const std::uint64_t y = load_pair(&b[j - 2]) + (kSlack << 32 | kSlack);
+    const std::uint64_t partial = x + y;
+    const std::uint64_t sum = partial + carry;
+    carry = static_cast<std::uint64_t>(partial < x) | static_cast<std::uint64_t>(sum < partial);
+    // Bit 32 of x ^ y ^ sum is the carry out of the lower half. A half without a carry gives its
+    // bias back.
+    const std::uint64_t low = ((x ^ y ^ sum) >> 32) & 1;
+    store_pair(&r[i - 2], sum - (kSlack & (low - 1)) - ((kSlack << 32) & (carry - 1)));
+  }
+  if (j > 0) {
     --i;
-    const Limb t = a[i] + b[j] + carry;
+    const Limb t = a[i] + b[0] + static_cast<Limb>(carry);
     carry = t >= kBase ? 1 : 0;
     r[i] = carry ? t - kBase : t;
   }
@@ -35,16 +132,27 @@ Limb add(Limbs r, ConstLimbs a, ConstLimbs b) {
     r[i] = carry ? 0 : t;
   }
   if (r.data() != a.data()) std::copy_n(a.data(), i, r.data());
-  return carry;
+  return static_cast<Limb>(carry);
 }
 
 Limb subtract(Limbs r, ConstLimbs a, ConstLimbs b) {
   assert(r.size() == a.size() && a.size() >= b.size());
-  Limb borrow = 0;
   std::size_t i = a.size();
-  for (std::size_t j = b.size(); j-- > 0;) {
+  std::size_t j = b.size();
+  std::uint64_t borrow = 0;
+  for (; j >= 2; i -= 2, j -= 2) {
+    const std::uint64_t x = load_pair(&a[i - 2]);
+    const std::uint64_t y = load_pair(&b[j - 2]);
+    const std::uint64_t partial = x - y;
+    const std::uint64_t left = partial - borrow;
+    borrow = static_cast<std::uint64_t>(x < y) | static_cast<std::uint64_t>(partial < borrow);
+    // A half that borrowed took 2^32 where one base was due.
+    const std::uint64_t low = ((x ^ y ^ left) >> 32) & 1;
+    store_pair(&r[i - 2], left - (kSlack & (0 - low)) - ((kSlack << 32) & (0 - borrow)));
+  }
+  if (j > 0) {
     --i;
-    const Limb t = a[i] + kBase - b[j] - borrow;
+    const Limb t = a[i] + kBase - b[0] - static_cast<Limb>(borrow);
     borrow = t < kBase ? 1 : 0;
     r[i] = borrow ? t : t - kBase;
   }
@@ -54,35 +162,90 @@ Limb subtract(Limbs r, ConstLimbs a, ConstLimbs b) {
     r[i] = borrow ? kBase - 1 : a[i] - 1;
   }
   if (r.data() != a.data()) std::copy_n(a.data(), i, r.data());
-  return borrow;
+  return static_cast<Limb>(borrow);
 }
 
+// Each product is split on its own (high < k, low < kBase); only the carry of the sum
+// low + high <= 2 kBase - 2 walks from limb to limb.
 Limb multiply_limb(Limbs r, ConstLimbs a, Limb k) {
   assert(r.size() == a.size() && k <= kBase);
+  std::uint64_t high = 0;
   std::uint64_t carry = 0;
   for (std::size_t i = a.size(); i-- > 0;) {
-    const std::uint64_t t = static_cast<std::uint64_t>(a[i]) * k + carry;
-    carry = t / kBase;
-    r[i] = static_cast<Limb>(t - carry * kBase);
+    const std::uint64_t product = std::uint64_t{a[i]} * k;
+    const std::uint64_t upper = product / kBase;
+    const std::uint64_t t = product - upper * kBase + high + carry;
+    carry = t >= kBase ? 1 : 0;
+    r[i] = static_cast<Limb>(t - (kBase & (0 - carry)));
+    high = upper;
   }
-  return static_cast<Limb>(carry);
+  return static_cast<Limb>(high + carry);
 }
 
+// Two limbs at a time. The remainder is kept as R = rest << shift, with K = k << shift between
+// 2^54 and 2^55, and only known to be below 2.1 K. One block W replaces R by
+//   R x 10^16 - q x K + ((W mod k) << shift), q = multiply_high(R, floor(2^64 x 10^16 / K)),
+// where q is R x 10^16 / K rounded down, less 1 at most once (R / 2^64 < 2^-7), and W mod k is
+// at most k / 500 too large; so R stays below 2.1 K. The excess of 0 to 2 K is settled in the
+// quotient apart from this chain: `over` of this block goes in, that of the block before comes
+// out 10^16 times.
 std::uint32_t divide_limb(Limbs q, ConstLimbs a, std::uint32_t k) {
-  assert(q.size() == a.size() && k >= 1);
+  assert(q.size() == a.size() && k >= 1 && k < std::uint32_t{1} << 31);
+  const bool shortly = a.size() < 12;
+  std::size_t i = 0;
   std::uint64_t rest = 0;
-  for (std::size_t i = 0; i < a.size(); ++i) {
+  for (const std::size_t stop = shortly ? a.size() : a.size() % 2; i < stop; ++i) {
     const std::uint64_t t = rest * kBase + a[i];
     q[i] = static_cast<Limb>(t / k);
     rest = t % k;
   }
-  return static_cast<std::uint32_t>(rest);
+  if (i == a.size()) return static_cast<std::uint32_t>(rest);
+  const int shift = 55 - static_cast<int>(std::bit_width(k));
+  const std::uint64_t scaled = std::uint64_t{k} << shift;
+  const std::uint64_t inverse = static_cast<std::uint64_t>((Wide{kBase2} << 64) / scaled);
+  const Reducer by(k);
+  rest <<= shift;
+  std::uint64_t over = 0;
+  for (; i < a.size(); i += 2) {
+    const std::uint64_t block = std::uint64_t{a[i]} * kBase + a[i + 1];
+    const std::uint64_t inner = multiply_high(block, by.inverse);
+    const std::uint64_t outer = multiply_high(rest, inverse);
+    rest = rest * kBase2 + ((block - inner * k) << shift) - outer * scaled;
+    const std::uint64_t before = over;
+    over =
+        static_cast<std::uint64_t>(rest >= scaled) + static_cast<std::uint64_t>(rest >= 2 * scaled);
+    const std::uint64_t digits = outer + inner + over - before * kBase2;
+    assert(digits < kBase2);
+    q[i] = static_cast<Limb>(digits / kBase);
+    q[i + 1] = static_cast<Limb>(digits % kBase);
+  }
+  return static_cast<std::uint32_t>((rest - over * scaled) >> shift);
 }
 
 std::uint32_t remainder_limb(ConstLimbs a, std::uint32_t k) {
+  assert(k >= 1);
+  const Reducer by(k);
+  const std::uint64_t base = by.modulo(kBase);
   std::uint64_t rest = 0;
-  for (const Limb limb : a) rest = (rest * kBase + limb) % k;
-  return static_cast<std::uint32_t>(rest);
+  if (a.size() < kDot / 2) {
+    for (const Limb limb : a) rest = by.modulo(rest * base + limb);
+    return static_cast<std::uint32_t>(rest);
+  }
+  // power[j] = 10^8^(31 - j) mod k, in four chains that do not wait for each other.
+  std::array<std::uint32_t, kDot> power;
+  std::uint64_t p = by.modulo(1);
+  for (std::size_t j = kDot; j-- > kDot - 4; p = by.modulo(p * base)) {
+    power[j] = static_cast<std::uint32_t>(p);
+  }
+  for (std::size_t j = kDot - 4; j-- > 0;) {
+    power[j] = static_cast<std::uint32_t>(by.modulo(p * power[j + 4]));
+  }
+  const std::uint64_t step = by.modulo(base * power[0]);
+  std::array<Limb, kDot> head{};
+  const std::size_t odd = a.size() % kDot;
+  std::copy_n(a.begin(), odd, head.end() - static_cast<std::ptrdiff_t>(odd));
+  rest = fold_fastest(0, head, power.data(), step, by);
+  return static_cast<std::uint32_t>(fold_fastest(rest, a.subspan(odd), power.data(), step, by));
 }
 
 }  // namespace tivelo::limbs

@@ -29,7 +29,8 @@ Limb multiply_limb(Limbs r, ConstLimbs a, Limb k);
 // division per limb.
 std::uint32_t divide_limb(Limbs q, ConstLimbs a, std::uint32_t k);
 
-// a mod k for 1 <= k < 2^31.
+// a mod k for 1 <= k < 2^32. About a third of a cycle per limb for long a, so that one pass for a
+// product of several divisors serves them all.
 std::uint32_t remainder_limb(ConstLimbs a, std::uint32_t k);
 
 }  // namespace tivelo::limbs

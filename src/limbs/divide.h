@@ -6,7 +6,8 @@
 
 namespace tivelo::limbs {
 
-// Bytes of workspace that divide() of na by nb limbs takes at most. Monotone in na for fixed nb.
+// Bytes of workspace that divide() of na by nb limbs takes at most. Monotone in na for fixed nb;
+// for any divisor of at most nb limbs, divide_workspace(na + nb, nb) is enough.
 std::size_t divide_workspace(std::size_t na, std::size_t nb);
 
 // a = q x b + r with r < b. b has at least one limb and no leading zero limb; a.size() >= b.size()

@@ -1,0 +1,206 @@
+#include "bigint/muldiv.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/precision.h"
+#include "base/report.h"
+#include "base/status.h"
+#include "bigint/pool.h"
+#include "limbs/arith.h"
+#include "limbs/divide.h"
+#include "limbs/multiply.h"
+
+namespace tivelo {
+
+namespace {
+
+int refuse_product(int needed) {
+  explain("product needs %d limbs, a number holds %d; left unchanged", needed, IS);
+  return kNoRoom;
+}
+
+// Does a x k carry out of a's length? Only the carries are formed.
+bool carries_out(const num* a, Limb k) {
+  std::uint64_t carry = 0;
+  const ConstLimbs digits = in_use(a);
+  for (std::size_t i = digits.size(); i-- > 0;)
+    carry = (static_cast<std::uint64_t>(digits[i]) * k + carry) / kBase;
+  return carry != 0;
+}
+
+void set_product_fields(num* r, std::int8_t sign) {
+  r->sign = sign;
+  r->ext = r->shift = r->dec = r->rem = r->res = r->imag = 0;
+  r->rdiv = 1;
+}
+
+// Long x short for a one-limb short factor, straight into r.
+void product_by_limb(num* r, const num* longer, Limb k) {
+  const int n = longer->len;
+  const Limb carry = limbs::multiply_limb(places(r, n), in_use(longer), k);
+  r->len = n;
+  if (carry != 0) {
+    ++r->len;
+    r->limbs[r->end - r->len] = carry;
+  }
+}
+
+// Length that adding up the rows of a schoolbook product gives: the true length, but for leading
+// zero limbs of the factors, which it carries along.
+std::size_t row_length(const num* longer, const num* shorter, std::size_t true_length) {
+  const std::size_t rows = magnitude(shorter).size();
+  const std::size_t all_rows = static_cast<std::size_t>(shorter->len);
+  std::size_t length = true_length;
+  if (in_use(longer)[0] == 0 && rows > 0) length = static_cast<std::size_t>(longer->len) + rows - 1;
+  return rows < all_rows ? std::max({length, all_rows - 1, std::size_t{1}}) : length;
+}
+
+void product_by_rows(num* r, const num* longer, const num* shorter) {
+  const ConstLimbs a = magnitude(longer);
+  const ConstLimbs b = magnitude(shorter);
+  Workspace ws = engine;
+  ConstLimbs product;
+  if (!a.empty() && !b.empty()) {
+    const Limbs full = ws.take<Limb>(a.size() + b.size());
+    if (longer == shorter) {
+      limbs::square(full, a, ws);
+    } else {
+      limbs::multiply(full, a, b, ws);
+    }
+    product = limbs::strip(full);
+  }
+  const std::size_t length = row_length(longer, shorter, product.size());
+  r->len = static_cast<int>(length);
+  const Limbs target = in_use(r);
+  std::fill_n(target.begin(), length - product.size(), Limb{0});
+  std::ranges::copy(product, target.last(product.size()).begin());
+}
+
+}  // namespace
+
+int prodc(num* dst, const num* src, int k) {
+  if (k == 0) {
+    dst->len = 0;
+    return 0;
+  }
+  if (k == 1) return rncopy(dst, src);
+  const Limb factor = static_cast<Limb>(k);
+  if (src->len == IS && carries_out(src, factor)) return refuse_product(IS + 1);
+  product_by_limb(dst, src, factor);
+  return 1;
+}
+
+int prod(num* r, const num* x, const num* y) {
+  const num* longer = x->len > y->len ? x : y;
+  const num* shorter = longer == x ? y : x;
+  const std::int8_t sign = x->sign == y->sign ? 1 : -1;
+  if (is_short_zero(longer) || is_short_zero(shorter)) {
+    clear(r);
+    return 0;
+  }
+  if ((is_one(longer) && shorter == r) || (is_one(shorter) && longer == r)) {
+    r->sign = sign;
+    return 0;
+  }
+  if (shorter->len + longer->len + 1 > r->end)
+    return refuse_product(shorter->len + longer->len + 1);
+  if (shorter->len == 1) {
+    product_by_limb(r, longer, units(shorter));
+  } else {
+    product_by_rows(r, longer, shorter);
+  }
+  trim(r, 6);
+  if (r->len == 0) units(r) = 0;
+  set_product_fields(r, sign);
+  return 1;
+}
+
+int div(num* a, int k) {
+  if (k <= 0) return kDivisionByZero;
+  a->rem = 0;
+  a->rdiv = k;
+  if (k == 1) return 0;
+  a->rem =
+      static_cast<int>(limbs::divide_limb(in_use(a), in_use(a), static_cast<std::uint32_t>(k)));
+  trim(a, 3);
+  return 1;
+}
+
+namespace {
+
+// Stores `limbs` in the places of a, as they are.
+void set_limbs(num* a, ConstLimbs limbs) {
+  a->len = static_cast<int>(limbs.size());
+  std::ranges::copy(limbs, in_use(a).begin());
+  if (a->len == 0) units(a) = 0;
+}
+
+void set_remainder(num* r, const num* a, ConstLimbs rest) {
+  if (r == nullptr) return;
+  rncopy(r, a);
+  r->shift = 0;
+  if (rest.empty()) {
+    clear(r);
+  } else {
+    set_limbs(r, rest);
+  }
+}
+
+// Limbs of the quotient as estimated from the top limbs, which is one more than the true number
+// where these are equal and the dividend is the smaller below them.
+int quotient_length(ConstLimbs a, ConstLimbs b) {
+  const int difference = static_cast<int>(a.size()) - static_cast<int>(b.size());
+  return !a.empty() && a[0] >= b[0] ? difference + 1 : difference;
+}
+
+int long_division(num* q, num* r, const num* a, const num* b, bool copy_fields) {
+  const ConstLimbs dividend = magnitude(a);
+  const ConstLimbs divisor = magnitude(b);
+  const int length = quotient_length(dividend, divisor);
+  if (length <= 0) {
+    set_remainder(r, a, dividend);
+    if (copy_fields) rncopy(q, a);
+    q->len = 0;
+    units(q) = 0;
+    return length < 0 || copy_fields ? 0 : 1;
+  }
+  Workspace ws = engine;
+  const Limbs quotient = ws.take<Limb>(dividend.size() - divisor.size() + 1);
+  const Limbs rest = ws.take<Limb>(divisor.size());
+  limbs::divide(quotient, rest, dividend, divisor, ws);
+  set_remainder(r, a, limbs::strip(rest));
+  if (copy_fields) rncopy(q, a);
+  set_limbs(q, quotient.last(static_cast<std::size_t>(length)));
+  if (!copy_fields) return 1;
+  trim(q, q->len);
+  return 0;
+}
+
+}  // namespace
+
+int nndiv(num* q, num* r, const num* a, const num* b) {
+  int divisor = 0;
+  if (ntoi(b, &divisor) == 0 || !has_value(b)) {
+    rncopy(q, a);
+    div(q, divisor < 0 ? -divisor : divisor);
+    if (r != nullptr) iton(r, q->rem);
+    return 0;
+  }
+  const bool shortened = b->len == 2 || (b->len == 3 && in_use(b)[0] <= 9);
+  return long_division(q, r, a, b, shortened);
+}
+
+void drop_limbs(num* a, int k) {
+  const int left = a->len - k;
+  if (left <= 0) {
+    a->len = 0;
+    units(a) = 0;
+    return;
+  }
+  const Limbs digits = in_use(a);
+  std::copy_backward(digits.begin(), digits.end() - k, digits.end());
+  a->len = left;
+}
+
+}  // namespace tivelo

@@ -1,0 +1,87 @@
+#include "bigint/num.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "base/precision.h"
+#include "base/status.h"
+#include "limbs/arith.h"
+
+namespace tivelo {
+
+// An int may be read through the unsigned type of its size, so this is a well-defined limb.
+num::num() : limbs(reinterpret_cast<Limb*>(&rem)) {}
+
+ConstLimbs magnitude(const num* a) { return limbs::strip(in_use(a)); }
+
+int rclear(num* a) {
+  std::ranges::fill(places(a, std::max(a->len, 1)), Limb{0});
+  a->end = IS;
+  a->sign = 1;
+  a->len = a->ext = a->shift = a->dec = a->rem = a->res = a->imag = 0;
+  a->rdiv = a->used = 1;
+  return 1;
+}
+
+int clear(num* a) {
+  a->len = 1;
+  return rclear(a);
+}
+
+int rncopy(num* dst, const num* src) {
+  if (dst == src) return 0;
+  if (src->len == 0) units(dst) = 0;
+  std::ranges::copy(in_use(src), places(dst, src->len).begin());
+  dst->len = src->len;
+  dst->ext = src->ext;
+  dst->sign = src->sign;
+  dst->rdiv = src->rdiv;
+  dst->rem = src->rem;
+  dst->res = src->res;
+  dst->shift = src->shift;
+  dst->dec = src->dec;
+  dst->imag = src->imag;
+  return 1;
+}
+
+int ndelete(num*) { return 0; }
+
+int iton(num* a, int v) {
+  if (v < 0) return kNegative;
+  const Limb value = static_cast<Limb>(v);
+  a->len = value < kBase ? 1 : 2;
+  units(a) = value % kBase;
+  if (a->len == 2) a->limbs[a->end - 2] = value / kBase;
+  return 0;
+}
+
+int ntoi(const num* a, int* out) {
+  if (a->len > 2 || (a->len == 2 && a->limbs[a->end - 2] >= 21)) return kMisfit;
+  Limb value = a->len >= 1 ? units(a) : 0;
+  if (a->len == 2) value += a->limbs[a->end - 2] * kBase;
+  *out = a->sign * static_cast<int>(value);
+  return 0;
+}
+
+int ntoll(const num* a, long long* out) {
+  if (a->len > 3 || (a->len == 3 && a->limbs[a->end - 3] >= 923)) return kMisfit;
+  unsigned long long value = 0;
+  for (const Limb limb : in_use(a)) value = value * kBase + limb;
+  if (value > static_cast<unsigned long long>(INT64_MAX)) return kMisfit;
+  *out = a->sign * static_cast<long long>(value);
+  return 0;
+}
+
+int small_magnitude(const num* a, int otherwise) {
+  int value = otherwise;
+  if (ntoi(a, &value) != 0) return otherwise;
+  return std::abs(value);
+}
+
+int min(int a, int b) { return b > a ? a : b; }
+
+void trim(num* a, int most) {
+  for (; most > 0 && a->len > 0 && a->limbs[a->end - a->len] == 0; --most) --a->len;
+}
+
+}  // namespace tivelo

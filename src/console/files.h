@@ -1,0 +1,34 @@
+// Text files by the names that commands give them. Names are used as typed. Opening never waits:
+// a pipe without a reader cannot be written, one without a writer is empty.
+#pragma once
+
+#include <cstddef>
+
+#include "base/stream.h"
+
+namespace tivelo {
+
+// A descriptor, or -1 when the file cannot be opened (a folder counts as such).
+int open_to_read(const char* name);
+int open_to_write(const char* name);
+
+// Reads at most `size` bytes of the file into `data`. Returns how many, or -1 when it cannot be
+// opened or read.
+long read_text(const char* name, char* data, std::size_t size);
+
+// Writes `size` bytes as the whole file. False when it cannot be opened or written.
+bool write_text(const char* name, const char* data, std::size_t size);
+
+// The file that "W." prints to, while it is open.
+struct PrintFile {
+  int descriptor = -1;
+  Out out;
+};
+
+// Opens `name` for printing, after closing what is open. A failure is explained.
+void open_print_file(PrintFile& file, const char* name);
+
+// Writes out what is buffered and closes the file if it is open. A failure is explained.
+void close_print_file(PrintFile& file);
+
+}  // namespace tivelo

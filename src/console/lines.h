@@ -1,0 +1,35 @@
+// Lines: from the console, a script or a stored block, cleaned to capitals without blanks. Also the
+// two forms that change where lines come from, block captures and repeats.
+#pragma once
+
+#include "console/run.h"
+
+namespace tivelo {
+
+// Reads one typed line into buf, with room for n bytes; what does not fit is dropped. Returns buf,
+// or null at the end of the input with buf unchanged.
+char* getsn(char* buf, int n);
+
+// Takes one line into dst, which has room for ISS x 8 bytes. With src: copies up to the first
+// control character and returns the characters to advance src by; a line that does not fit becomes
+// ";". Without: prompts, reads a typed line and returns 0, or -1 at the end of the input.
+int cgets(char* dst, const char* src);
+
+// Cleans a line in place: capitals, no blanks, nothing from ';' on; kept as typed behind the first
+// ':'. A character that no line has, or '(' without ')', make it ";". Returns the length with the
+// terminating zero; 2 for brackets; the length kept before a bad character and 1; 0 when there is
+// no end within IS x 8 characters.
+int eclean(char* line);
+
+// Makes run.line the next line to look at. Flow::next with a line, fall_on when the pass is over
+// without one (a block went into its next repetition or ended), used_up or quit.
+Flow next_line(Run& run);
+
+// The line begins with '{': reads lines into the block up to the one whose last piece begins with
+// '}', or the script's end. Commas split a line into entries.
+Flow capture_block(Run& run);
+
+// The line begins with 'R': starts the block with the count that follows.
+void start_block(Run& run);
+
+}  // namespace tivelo

@@ -1,0 +1,130 @@
+#include "console/loop.h"
+
+#include "base/precision.h"
+#include "base/report.h"
+#include "base/status.h"
+#include "bigint/pool.h"
+#include "console/commands.h"
+#include "console/lines.h"
+#include "eval/calc.h"
+#include "fraction/cells.h"
+#include "output/print.h"
+
+namespace tivelo {
+
+namespace {
+
+constexpr const char* kHelp =
+    "A=N  substitute N to A\n"
+    "F.N  factorize N \n"
+    "V.F  expresses as a fraction \n"
+    "V.n  expresses as a decimal \n"
+    "n means a number. N means a Variable. \n"
+    "q:  quit\n";
+
+constexpr int kDefaultTarget = 'T' - 'A';
+constexpr int kNoCell = -1;
+
+bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+// Where a result goes: a variable, or one of its cells (possibly one that does not exist).
+struct Target {
+  int variable = kDefaultTarget;
+  bool whole = true;
+  int cell = kNoCell;
+};
+
+// The cell number behind '#': the low word of a cell ("B2"), or two digits.
+int target_cell(char first, char second) {
+  if (!is_capital(first)) return 10 * (first - '0') + (second - '0');
+  const int v = first - 'A';
+  const int k = second - '0';
+  return cell_is_free(v, k) ? read_cell(v, k).low : kNoCell;
+}
+
+// X '=' | X digit '=' | X '#' any any '=', each tried once, behind the one before. Returns the
+// position behind them.
+const char* parse_target(const char* at, Target& target) {
+  if (is_capital(at[0]) && at[1] == '=') {
+    target = {at[0] - 'A', true, kNoCell};
+    at += 2;
+  }
+  if (is_capital(at[0]) && is_digit(at[1]) && at[2] == '=') {
+    target = {at[0] - 'A', false, at[1] - '0'};
+    at += 3;
+  }
+  if (is_capital(at[0]) && at[1] == '#' && at[2] != '\0' && at[3] != '\0' && at[4] == '=') {
+    target = {at[0] - 'A', false, target_cell(at[2], at[3])};
+    at += 5;
+  }
+  return at;
+}
+
+void store_cell(const Target& target) {
+  if (!cell_is_free(target.variable, target.cell)) {
+    explain("%c has no free cell %d; nothing stored", 'A' + target.variable, target.cell);
+    err(kMisfit);
+  } else if (Cn.c->len > NN) {
+    explain("a result of %d limbs, a cell holds %d; the cell keeps its words", Cn.c->len, NN);
+    put(*console, "_ovf_");
+  } else {
+    write_cell(target.variable, target.cell, pack_cell(Cn));
+  }
+}
+
+void store_variable(const Run& run, int variable) {
+  num* c = Mc[variable];
+  rncopy(c, Cn.c);
+  rncopy(Mm[variable], Cn.m);
+  if (c->len == 0 && (c->ext > 0 || c->rem == 0)) c->len = 1;
+  if (run.script_position != nullptr) return;
+  const char name[] = {static_cast<char>('A' + variable), '\0'};
+  nprint(name, run.text, run.display_digits, nullptr);
+  put(*console, "\n");
+}
+
+// The rest of the line is an expression: evaluates it into Cn and stores that. The mark of a
+// rejected line stores the previous result again.
+void assign(const Run& run, const char* at, const Target& target) {
+  if (at[0] != '\0' && at[1] == '=') at += 2;
+  if (*at == ';') {
+    put(*console, "type mistaken");
+  } else {
+    calc(at, &Cn, 1);
+  }
+  if (target.whole) {
+    store_variable(run, target.variable);
+  } else {
+    store_cell(target);
+  }
+}
+
+}  // namespace
+
+Flow run_pass(Run& run) {
+  if (console->failed) return Flow::quit;
+  const Flow source = next_line(run);
+  if (source == Flow::fall_on) return Flow::next;
+  if (source != Flow::next) return source;
+  set_line_in_hand(run.line);
+  const char* at = run.line;
+  if (*at == '\0' && !run.script_opened) {
+    put(*console, kHelp);
+    return Flow::next;
+  }
+  if (*at == '{' && run.block_index == -1) return capture_block(run);
+  if (*at == 'R' && at[1] != '=') {
+    start_block(run);
+    return Flow::next;
+  }
+  while (*at == ' ') ++at;
+  Target target;
+  at = parse_target(at, target);
+  const Flow flow = run_command(run, &at);
+  if (flow != Flow::fall_on) return flow;
+  assign(run, at, target);
+  return Flow::next;
+}
+
+}  // namespace tivelo

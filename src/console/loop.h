@@ -1,0 +1,12 @@
+// The command loop's body: one line, looked at and answered.
+#pragma once
+
+#include "console/run.h"
+
+namespace tivelo {
+
+// Takes one line and does what it says: help, a block or a repeat, a command, or an assignment.
+// Flow::next when the run goes on, used_up or quit when it has ended.
+Flow run_pass(Run& run);
+
+}  // namespace tivelo

@@ -1,0 +1,50 @@
+// One run of the calculator: the session at the console or a script, or a script nested in either.
+// What it keeps from line to line, and where its lines come from.
+#pragma once
+
+#include "console/files.h"
+
+namespace tivelo {
+
+inline constexpr int kBlockEntries = 700;
+inline constexpr int kScriptBytes = 11216;
+
+// Where the lines that are typed come from. Set by whoever runs the calculator.
+extern In* typed;
+
+struct Run {
+  bool nested = false;
+
+  // The script, while it lasts.
+  bool script_opened = false;
+  char* script = nullptr;           // its text, zero-terminated
+  int script_length = 0;            // bytes
+  char* script_position = nullptr;  // start of its next line; null: lines come from the console
+
+  // The line in hand: the line area, or an entry of the block that runs.
+  char* line_area = nullptr;  // ISS x 8 bytes
+  char* line = nullptr;
+
+  // The stored block: entries one after another in the block area, each with its zero.
+  char* block_area = nullptr;  // ISS x 8 bytes
+  char* block[kBlockEntries];
+  int block_entries = 0;
+  int block_index = -1;  // entry to run next; -1: no block is running
+  int repeat_count = 0;  // passes of the block still to run
+
+  int display_digits = 16;  // places of printed results; -1: as fractions
+  PrintFile write_file;
+  int read_file = -1;
+
+  char* text = nullptr;  // scratch for the text of a number or a factorisation
+};
+
+// How a pass, or what it consists of, leaves the run.
+enum class Flow {
+  next,     // on to the next line
+  fall_on,  // a command that was none: the rest of the line is looked at further
+  used_up,  // the script is used up; ends a nested run
+  quit,     // ends the process
+};
+
+}  // namespace tivelo

@@ -1,0 +1,229 @@
+// The name table, the argument and the functions that are not trigonometric.
+#include "eval/builtins.h"
+
+#include <climits>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+
+#include "base/digits.h"
+#include "base/precision.h"
+#include "base/report.h"
+#include "base/status.h"
+#include "bigint/text.h"
+#include "eval/calc.h"
+#include "fraction/arith.h"
+
+namespace tivelo {
+
+namespace {
+
+// Angles as second operands of angles nest at most this deep.
+constexpr int kAngleNesting = 64;
+
+struct Builtin {
+  const char* name;
+  int (*evaluate)(Argument& argument, numf* target, int depth);
+};
+
+int set_constant(numf* target, const char* text) {
+  ncton(text, target);
+  return 0;
+}
+
+int eval_e(Argument&, numf* target, int) { return set_constant(target, "2.71828182846"); }
+int eval_pi(Argument&, numf* target, int) { return set_constant(target, "3.14159265359"); }
+int eval_pol(Argument&, numf*, int) { return 0; }
+
+// The roots that the exact values of trigonometry are made of have texts of their own.
+const char* root_text(const Argument& argument) {
+  if (argument.d != 1 || argument.decimal) return nullptr;
+  switch (argument.a) {
+    case 2:
+      return "1.41421356237";
+    case 3:
+      return "1.73205080757";
+    case 5:
+      return "2.2360679775";
+    default:
+      return nullptr;
+  }
+}
+
+int eval_root(Argument& argument, numf* target, int) {
+  if (const char* text = root_text(argument)) {
+    ncton(text, target);
+  } else {
+    const double exact = static_cast<double>(argument.a) / static_cast<double>(argument.d);
+    set_numeric(target, std::sqrt(argument.decimal ? argument.magnitude : exact));
+  }
+  if (argument.sign < 0) {
+    target->c->imag = 1;
+    explain("the square root of a negative number is imaginary");
+  }
+  return 0;
+}
+
+// Seconds since the epoch, as two limbs.
+int eval_time(Argument&, numf* target, int) {
+  const lldiv_t parts = std::lldiv(static_cast<long long>(std::time(nullptr)), kBase);
+  target->c->len = 2;
+  target->c->limbs[target->c->end - 2] = static_cast<Limb>(parts.quot);
+  units(target->c) = static_cast<Limb>(parts.rem);
+  return 0;
+}
+
+// "LOG" base any-character digits
+int eval_logarithm(Argument& argument, numf* target, int) {
+  const long long base = argument.a < 2 ? 2 : argument.a;
+  if (*argument.rest != '\0') ++argument.rest;
+  long double y = 0;
+  for (; *argument.rest >= '0' && *argument.rest <= '9'; ++argument.rest)
+    y = y * 10.0F + (*argument.rest - '0');
+  // The text of this one keeps its leading 0; that of minus infinity, for y = 0, has no digits.
+  char text[64];
+  std::snprintf(text, sizeof text, "%.6Lf", std::log(y) / std::log(static_cast<long double>(base)));
+  cton(text, target->c);
+  return 0;
+}
+
+// An integer of the second operand of ATAN, or `otherwise` when it does not fit.
+long long machine_value(const num* a, int otherwise, bool report) {
+  int value = otherwise;
+  if (ntoi(a, &value) != 0 && report) {
+    explain("second part of the angle does not fit a machine integer; taken as 0");
+    err(kMisfit);
+  }
+  return value;
+}
+
+// Half degrees, 0 to 720, of the direction (x, y).
+long long half_degrees(long long x, long long y) {
+  long long h = 180;
+  if (x != 0) {
+    const double angle =
+        std::atan(std::fabs(static_cast<double>(y)) / std::fabs(static_cast<double>(x)));
+    h = static_cast<long long>((angle * 180.0 * 2.0 + 1.57) / 3.141592);
+  }
+  if (x < 0 && y < 0) return h + 360;
+  if (y < 0) return 720 - h;
+  return x < 0 ? 360 - h : h;
+}
+
+// Reads ATAN's second part, behind its separator, and makes (x, y) the vector it describes with
+// the argument as the real part.
+int read_vector(Argument& argument, numf* target, int depth, long long* x, long long* y) {
+  static int nesting = 0;
+  char separator = *argument.rest++;
+  if (*argument.rest == '+' || *argument.rest == '-') separator = *argument.rest++;
+  if (nesting >= kAngleNesting) {
+    explain_at(argument.rest, "angles nested too deep");
+    err(kTooDeep);
+    return kTooDeep;
+  }
+  ++nesting;
+  const int count = nread(argument.rest, target, depth + 1);
+  --nesting;
+  if (count < 0) return count;
+  argument.rest += count;
+  *x = argument.a * argument.sign * machine_value(target->m, 1, false);
+  *y = argument.d * machine_value(target->c, 0, true);
+  if (separator == '-') *y = -*y;
+  rclear(target->c);
+  set_one_limb(target->m, 1);
+  if (*argument.rest == 'I') ++argument.rest;
+  return 0;
+}
+
+// "ATAN" slope | "ATAN" real ( '+' | '-' | ',' [ '+' | '-' ] ) imaginary [ 'I' ]
+int eval_angle(Argument& argument, numf* target, int depth) {
+  long long x = argument.d;
+  long long y = argument.a * argument.sign;
+  if (*argument.rest != '\0' && std::strchr("+-,", *argument.rest) != nullptr) {
+    const int status = read_vector(argument, target, depth, &x, &y);
+    if (status < 0) return status;
+  }
+  const long long h = half_degrees(x, y);
+  set_one_limb(target->c, static_cast<Limb>(h % 2 == 0 ? h / 2 : h));
+  set_one_limb(target->m, h % 2 == 0 ? 1 : 2);
+  return 0;
+}
+
+// The first row whose name stands at the start wins, whatever follows.
+constexpr Builtin kBuiltins[] = {
+    {"SIN", eval_sine},  {"COS", eval_cosine}, {"TAN", eval_tangent}, {"LOG", eval_logarithm},
+    {"SQRT", eval_root}, {"SQR", eval_root},   {"EXP", eval_e},       {"E'", eval_e},
+    {"PI", eval_pi},     {"TIME", eval_time},  {"POL", eval_pol},     {"ATAN", eval_angle},
+};
+
+bool starts_with(const char* text, const char* name) {
+  if (std::strncmp(text, "Si", 2) == 0 && std::strcmp(name, "SIN") == 0) return text[2] == 'N';
+  return std::strncmp(text, name, std::strlen(name)) == 0;
+}
+
+// The value of a bracket in decimal mode as a double: the integer limbs and the first one after the
+// point, which has eight places.
+double decimal_magnitude(const num* c) {
+  const int below = FF - 1;
+  double value = 0;
+  for (int i = c->len; i > below; --i) {
+    const double limb = c->limbs[c->end - i];
+    value = i == FF ? value + limb * 1e-8 : value * kBase + limb;
+  }
+  return value;
+}
+
+// argument: [ '.' ] ( '(' expression | digits )
+int read_argument(const char* text, numf* target, int depth, Argument& argument) {
+  mclear(target);
+  if (*text == '.') ++text;
+  argument.rest = text;
+  if (*text == '(') {
+    const int count = calc_nested(text + 1, target, depth + 1);
+    if (count < 0) return count;
+    argument.rest = text + 1 + count;
+    int a = 0;
+    int d = 1;
+    argument.decimal = target->c->dec == FF;
+    if (argument.decimal) argument.magnitude = decimal_magnitude(target->c);
+    if (!argument.decimal && ntoi(target->c, &a) != 0)
+      explain_at(text, "argument beyond a machine integer; taken as 0");
+    if (ntoi(target->m, &d) != 0) d = 1;
+    argument.sign = a < 0 ? -1 : 1;
+    argument.a = std::abs(a);
+    argument.d = std::abs(d);
+  } else {
+    argument.rest += read_count(text, &argument.a);
+    if (argument.a > INT_MAX) {
+      explain_at(text, "argument beyond a machine integer; taken as 0");
+      argument.a = 0;
+    }
+  }
+  mclear(target);
+  return 0;
+}
+
+}  // namespace
+
+void set_numeric(numf* target, long double value) {
+  char text[400];
+  std::snprintf(text, sizeof text, "%.6Lf", value);
+  cton(text[0] == '0' ? text + 1 : text, target->c);
+}
+
+int func(const char* text, numf* target, int depth) {
+  for (const Builtin& builtin : kBuiltins) {
+    if (!starts_with(text, builtin.name)) continue;
+    Argument argument;
+    int status = read_argument(text + std::strlen(builtin.name), target, depth, argument);
+    if (status >= 0) status = builtin.evaluate(argument, target, depth);
+    if (status < 0) return status;
+    if (*argument.rest == '.') ++argument.rest;
+    return static_cast<int>(argument.rest - text);
+  }
+  return 1;
+}
+
+}  // namespace tivelo

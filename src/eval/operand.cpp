@@ -1,0 +1,88 @@
+// One operand: sign, then the first kind whose test holds. Which kind it is shows in the character
+// at the position and the one behind it.
+#include "base/report.h"
+#include "base/status.h"
+#include "bigint/pool.h"
+#include "eval/builtins.h"
+#include "eval/calc.h"
+#include "fraction/arith.h"
+#include "fraction/cells.h"
+#include "fraction/reduce.h"
+
+namespace tivelo {
+
+namespace {
+
+bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+// The cell number that two characters name: the low word of a cell ("B2"), or ten times the first
+// digit plus the second. -1 for a cell that is none.
+int named_cell(char first, char second) {
+  if (!is_capital(first)) return 10 * (first - '0') + (second - '0');
+  const int v = first - 'A';
+  const int k = second - '0';
+  return cell_is_free(v, k) ? read_cell(v, k).low : -1;
+}
+
+// cell: capital digit | capital '#' any any
+int read_cell_operand(const char* text, numf* target) {
+  int count = 2;
+  int k = text[1] - '0';
+  if (text[1] == '#') {
+    while (count < 4 && text[count] != '\0') ++count;
+    k = count == 4 ? named_cell(text[2], text[3]) : -1;
+  }
+  const int v = text[0] - 'A';
+  mclear(target);
+  set_one_limb(target->c, 0);
+  if (cell_is_free(v, k)) {
+    unpack_cell(read_cell(v, k), target);
+  } else {
+    explain_at(text, "no such cell, or the value of %c covers it; taken as 0", text[0]);
+    err(kMisfit);
+  }
+  return count;
+}
+
+// literal: blanks digits [ '.' digits ]
+int read_literal(const char* text, numf* target) {
+  int blanks = 0;
+  while (text[blanks] == ' ') ++blanks;
+  mclear(target);
+  return blanks + ncton(text + blanks, target);
+}
+
+// bracket: ( '(' | '|' ) expression, whose end the expression itself consumes
+int read_bracket(const char* text, numf* target, int depth) {
+  const int count = calc_nested(text + 1, target, depth);
+  return count < 0 ? count : count + 1;
+}
+
+int read_unsigned(const char* text, numf* target, int depth) {
+  const char first = text[0];
+  const char second = first == '\0' ? '\0' : text[1];
+  if (is_capital(first) && (is_capital(second) || second == '\'')) return func(text, target, depth);
+  if (first == '(' || first == '|') return read_bracket(text, target, depth);
+  if (is_capital(first) && (is_digit(second) || second == '#'))
+    return read_cell_operand(text, target);
+  if (!is_capital(first)) return read_literal(text, target);
+  const numf& variable = M[first - 'A'];
+  if (variable.c->used != 1) return 0;
+  rncopy(target->c, variable.c);
+  rncopy(target->m, variable.m);
+  return 1;
+}
+
+}  // namespace
+
+int nread(const char* text, numf* target, int depth) {
+  const int signs = text[0] == '-' ? 1 : 0;
+  const int count = read_unsigned(text + signs, target, depth);
+  if (count < 0) return count;
+  if (signs != 0) target->c->sign = static_cast<std::int8_t>(-target->c->sign);
+  nreduct(target->c, target->m);
+  return signs + count;
+}
+
+}  // namespace tivelo

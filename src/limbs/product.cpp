@@ -1,0 +1,218 @@
+// Balanced trees keep the two operands of every multiplication of one length, which is where
+// multiply() is at its best. Factorials go by prime swings (Luschny's variant of Schoenhage's
+// method): n! = (floor(n / 2)!)^2 x swing(n), where a prime p divides swing(n) as often as the
+// floors of n / p, n / p^2, ... are odd; nearly all work is then in a few long squares.
+#include "limbs/product.h"
+
+#include <algorithm>
+#include <bit>
+#include <cassert>
+
+#include "limbs/arith.h"
+#include "limbs/multiply.h"
+
+namespace tivelo::limbs {
+namespace {
+
+// Factors that one multiplication by a limb each joins.
+constexpr std::size_t kLeaf = 24;
+
+// Below this factorials are falling products.
+constexpr std::uint32_t kSwing = 2000;
+
+// Limbs of a number of `bits` bits, rounded up: log(2) / log(10^8) < 78 / 2048.
+constexpr std::size_t limbs_of_bits(std::size_t bits) { return bits * 78 / 2048 + 1; }
+
+// With one limb to spare: multiply() writes the limbs of both operands.
+std::size_t room(std::size_t count, std::uint32_t largest) {
+  return limbs_of_bits(count * static_cast<std::size_t>(std::bit_width(largest))) + 1;
+}
+
+// The product of factor(first), ..., factor(first + count - 1), none above `largest`, at the end
+// of r.
+template <typename Factor>
+ConstLimbs tree(Limbs r, std::size_t first, std::size_t count, std::uint32_t largest,
+                const Factor& factor, Workspace ws) {
+  if (count > kLeaf) {
+    const std::size_t half = count / 2;
+    const Limbs left = ws.take<Limb>(room(half, largest));
+    const Limbs right = ws.take<Limb>(room(count - half, largest));
+    const ConstLimbs x = tree(left, first, half, largest, factor, ws);
+    const ConstLimbs y = tree(right, first + half, count - half, largest, factor, ws);
+    const Limbs both = r.last(x.size() + y.size());
+    multiply(both, y, x, ws);
+    return strip(both);
+  }
+  std::size_t length = 1;
+  r.back() = 1;
+  std::uint64_t word = 1;
+  const auto join = [&] {
+    const Limb carry = multiply_limb(r.last(length), r.last(length), static_cast<Limb>(word));
+    if (carry != 0) r[r.size() - ++length] = carry;
+  };
+  for (std::size_t i = first; i < first + count; ++i) {
+    const std::uint64_t next = factor(i);
+    if (word * next >= kBase) {
+      join();
+      word = 1;
+    }
+    word *= next;
+  }
+  join();
+  return r.last(length);
+}
+
+std::size_t copy_to_end(Limbs r, ConstLimbs a) {
+  assert(a.size() <= r.size());
+  std::copy(a.begin(), a.end(), r.end() - static_cast<std::ptrdiff_t>(a.size()));
+  return a.size();
+}
+
+template <typename Factor>
+std::size_t product_of(Limbs r, std::size_t count, std::uint32_t largest, const Factor& factor,
+                       Workspace ws) {
+  const Limbs whole = ws.take<Limb>(room(count, largest));
+  return copy_to_end(r, tree(whole, 0, count, largest, factor, ws));
+}
+
+// Bit i stands for 2 i + 1 <= n; set for the odd primes.
+std::span<std::uint64_t> sieve(std::uint32_t n, Workspace& ws) {
+  const std::span<std::uint64_t> odd = ws.take<std::uint64_t>(n / 128 + 1);
+  std::fill(odd.begin(), odd.end(), ~std::uint64_t{0});
+  odd[0] -= 1;
+  const auto prime = [&](std::uint64_t p) { return (odd[p / 128] >> (p / 2 % 64) & 1) != 0; };
+  for (std::uint64_t p = 3; p * p <= n; p += 2) {
+    if (!prime(p)) continue;
+    for (std::uint64_t i = p * p; i <= n; i += 2 * p) {
+      odd[i / 128] &= ~(std::uint64_t{1} << (i / 2 % 64));
+    }
+  }
+  return odd;
+}
+
+// swing(n) < 2^n (n / 2 + 1), with n < 2^27.
+std::size_t swing_room(std::uint32_t n) { return limbs_of_bits(std::size_t{n} + 27) + 1; }
+
+// Any two neighbours among the factors multiply to a limb or more.
+std::size_t swing_factors(std::uint32_t n) { return 2 * swing_room(n) + 2; }
+
+// The power of p in swing(n); it divides a power of p not above n.
+std::uint64_t swing_power(std::uint32_t n, std::uint32_t p) {
+  std::uint64_t power = 1;
+  for (std::uint32_t left = n / p; left > 0; left /= p) power *= left % 2 == 1 ? p : 1;
+  return power;
+}
+
+ConstLimbs swing(Limbs r, std::uint32_t n, std::span<const std::uint64_t> odd, Workspace ws) {
+  const std::span<std::uint32_t> factors = ws.take<std::uint32_t>(swing_factors(n));
+  std::size_t count = 0;
+  std::uint64_t word = swing_power(n, 2);
+  const auto put = [&](std::uint64_t power) {
+    if (word * power >= kBase) {
+      factors[count++] = static_cast<std::uint32_t>(word);
+      word = 1;
+    }
+    word *= power;
+  };
+  for (std::uint32_t base = 0; base <= n; base += 128) {
+    for (std::uint64_t bits = odd[base / 128]; bits != 0; bits &= bits - 1) {
+      const std::uint32_t p = base + 2 * static_cast<std::uint32_t>(std::countr_zero(bits)) + 1;
+      if (p <= n) put(swing_power(n, p));
+    }
+  }
+  factors[count++] = static_cast<std::uint32_t>(word);
+  return r.last(product(r, factors.first(count), ws));
+}
+
+}  // namespace
+
+std::size_t product_workspace(std::size_t count, std::uint32_t largest) {
+  std::size_t size = Workspace::bytes<Limb>(room(count, largest));
+  const std::size_t half = count - count / 2;
+  size += multiply_workspace(room(half, largest), room(half, largest));
+  for (std::size_t n = count; n > kLeaf;) {
+    n -= n / 2;
+    size += 2 * Workspace::bytes<Limb>(room(n, largest));
+  }
+  return size;
+}
+
+std::size_t product(Limbs r, std::span<const std::uint32_t> factors, Workspace ws) {
+  const std::uint32_t largest =
+      factors.empty() ? 1 : *std::max_element(factors.begin(), factors.end());
+  assert(largest < kBase);
+  return product_of(
+      r, factors.size(), largest, [&](std::size_t i) { return factors[i]; }, ws);
+}
+
+std::size_t falling_product(Limbs r, std::uint32_t n, std::uint32_t k, Workspace ws) {
+  assert(k <= n && n < kBase);
+  const auto factor = [n](std::size_t i) { return n - static_cast<std::uint32_t>(i); };
+  return product_of(r, k, n, factor, ws);
+}
+
+std::size_t factorial_workspace(std::uint32_t n, std::size_t limbs) {
+  if (n < kSwing) return product_workspace(n, n);
+  return Workspace::bytes<std::uint64_t>(n / 128 + 1) + 2 * Workspace::bytes<Limb>(limbs + 1) +
+         Workspace::bytes<Limb>(swing_room(n)) +
+         std::max({product_workspace(kSwing, kSwing),
+                   Workspace::bytes<std::uint32_t>(swing_factors(n)) +
+                       product_workspace(swing_factors(n), kBase - 1),
+                   multiply_workspace(limbs / 2 + 1, limbs / 2 + 1),
+                   multiply_workspace(limbs + 1, swing_room(n))});
+}
+
+std::size_t factorial(Limbs r, std::uint32_t n, Workspace ws) {
+  if (n < kSwing) return falling_product(r, n, n, ws);
+  const std::span<const std::uint64_t> odd = sieve(n, ws);
+  const Limbs one = ws.take<Limb>(r.size() + 1);
+  const Limbs two = ws.take<Limb>(r.size() + 1);
+  const Limbs factor = ws.take<Limb>(swing_room(n));
+  int halvings = 0;
+  while (n >> halvings >= kSwing) ++halvings;
+  std::size_t length = falling_product(one, n >> halvings, n >> halvings, ws);
+  while (halvings > 0) {
+    const ConstLimbs part = swing(factor, n >> --halvings, odd, ws);
+    const Limbs squared = two.last(2 * length);
+    square(squared, one.last(length), ws);
+    const ConstLimbs s = strip(squared);
+    const Limbs next = one.last(s.size() + part.size());
+    multiply(next, s, part, ws);
+    length = strip(next).size();
+  }
+  return copy_to_end(r, one.last(length));
+}
+
+std::size_t power_workspace(std::size_t limbs) {
+  return 2 * Workspace::bytes<Limb>(limbs + 1) +
+         multiply_workspace((limbs + 1) / 2 + 1, (limbs + 1) / 2 + 1) +
+         multiply_workspace(limbs, limbs / 3 + 2);
+}
+
+// From the leading bit of n down, so that the second factor of every product is the base itself.
+std::size_t power(Limbs r, ConstLimbs base, std::uint64_t n, Workspace ws) {
+  if (n == 0) {
+    r.back() = 1;
+    return 1;
+  }
+  if (n == 1 || base.empty()) return copy_to_end(r, base);
+  const Limbs one = ws.take<Limb>(r.size() + 1);
+  const Limbs two = ws.take<Limb>(r.size() + 1);
+  ConstLimbs x = base;
+  for (int bit = static_cast<int>(std::bit_width(n)) - 1; bit-- > 0;) {
+    const Limbs squared = two.last(2 * x.size());
+    square(squared, x, ws);
+    const ConstLimbs s = strip(squared);
+    const bool odd = (n >> bit & 1) != 0;
+    const Limbs next = one.last(s.size() + (odd ? base.size() : 0));
+    if (odd) {
+      multiply(next, s, base, ws);
+    } else {
+      std::copy(s.begin(), s.end(), next.begin());
+    }
+    x = strip(next);
+  }
+  return copy_to_end(r, x);
+}
+
+}  // namespace tivelo::limbs

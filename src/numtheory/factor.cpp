@@ -1,0 +1,118 @@
+#include "numtheory/factor.h"
+
+#include <charconv>
+
+#include "base/precision.h"
+#include "base/report.h"
+#include "base/status.h"
+#include "bigint/muldiv.h"
+#include "bigint/text.h"
+#include "limbs/arith.h"
+
+namespace tivelo {
+
+namespace {
+
+// The last candidate below 65536. A cofactor whose quotient by it is below kCertified is below the
+// square of kCertified: without a factor below that, it is prime.
+constexpr int kLastCandidate = 65533;
+constexpr Limb kCertified = 65536;
+
+char* append(char* out, unsigned long long value) {
+  return std::to_chars(out, out + 20, value).ptr;
+}
+
+// prime [ "^" exponent ] "*"
+char* append_power(char* out, unsigned long long prime, int exponent) {
+  out = append(out, prime);
+  if (exponent > 1) {
+    *out++ = '^';
+    out = append(out, static_cast<unsigned long long>(exponent));
+  }
+  *out++ = '*';
+  return out;
+}
+
+// Divides out p as often as it goes and appends it to the text.
+char* strip_factor(unsigned long long& m, unsigned long long p, char* out) {
+  int exponent = 0;
+  for (; m % p == 0; m /= p) ++exponent;
+  return exponent > 0 ? append_power(out, p, exponent) : out;
+}
+
+// 2 to 7, then the numbers that none of these primes divides.
+bool is_candidate(int p) { return p < 8 || (p % 2 != 0 && p % 3 != 0 && p % 5 != 0 && p % 7 != 0); }
+
+// How often p divides m, which loses these factors. 2 and 5 divide the base, so the units limb
+// tells.
+int divide_out(num* m, int p) {
+  const bool by_units = p == 2 || p == 5;
+  const auto divisor = static_cast<std::uint32_t>(p);
+  int exponent = 0;
+  while ((by_units ? units(m) % divisor : limbs::remainder_limb(in_use(m), divisor)) == 0) {
+    div(m, p);
+    ++exponent;
+  }
+  return exponent;
+}
+
+// The cofactor without a factor up to kLastCandidate: complete when it has one limb, else in
+// decimal and with a "?" unless it is certainly prime.
+char* append_cofactor(char* out, const num* m, num* trial) {
+  if (m->len == 1) return out + iprime(units(m), out);
+  out += ntoc(m, out) - kLimbDigits;
+  while (*out != '\0') ++out;
+  rncopy(trial, m);
+  div(trial, kLastCandidate);
+  if (trial->len > 1 || units(trial) >= kCertified) *out++ = '?';
+  return out;
+}
+
+}  // namespace
+
+int fprime(const num* n, char* out, num** regs) {
+  *out = '\0';
+  if (n->len > IS - 5) {
+    explain("a number of %d limbs is too long to factorise, at most %d are taken", n->len, IS - 5);
+    return kDivisionByZero;
+  }
+  num* m = regs[3];
+  rncopy(m, n);
+  m->sign = 1;
+  m->dec = 0;
+  trim(m, m->len);
+  if (m->len < 2) {
+    iprime(m->len == 0 ? 0 : units(m), out);
+    return 0;
+  }
+  for (int p = 2; p <= kLastCandidate; ++p) {
+    if (!is_candidate(p)) continue;
+    const int exponent = divide_out(m, p);
+    if (exponent == 0) continue;
+    out = append_power(out, static_cast<unsigned long long>(p), exponent);
+    if (is_one(m)) {
+      out[-1] = '\0';
+      return 0;
+    }
+  }
+  *append_cofactor(out, m, regs[2]) = '\0';
+  return 0;
+}
+
+int iprime(unsigned long long n, char* out) {
+  char* const start = out;
+  if (n < 2) {
+    *out++ = static_cast<char>('0' + n);
+    *out = '\0';
+    return 1;
+  }
+  // Trial division up to the square root of what is left; a rest without a factor up to its root is
+  // prime.
+  out = strip_factor(n, 2, out);
+  for (unsigned long long p = 3; p <= n / p; p += 2) out = strip_factor(n, p, out);
+  out = n > 1 ? append(out, n) : out - 1;
+  *out = '\0';
+  return static_cast<int>(out - start);
+}
+
+}  // namespace tivelo

@@ -1,0 +1,177 @@
+#include "output/print.h"
+
+#include <cstring>
+
+#include "base/precision.h"
+#include "base/report.h"
+#include "base/status.h"
+#include "bigint/muldiv.h"
+#include "bigint/pool.h"
+#include "bigint/text.h"
+#include "fraction/cells.h"
+#include "fraction/decimal.h"
+#include "fraction/reduce.h"
+#include "limbs/text.h"
+
+namespace tivelo {
+
+namespace {
+
+// Where a fraction is being printed to, and its two parts: the integer part is in Z3, the remainder
+// over the denominator m in Z4.
+struct Fraction {
+  Out& to;
+  char* scratch;
+  const num* m;
+  int machine_m;  // m when it fits a machine integer, else 0
+};
+
+void put_number(Out& to, const num* a, char* scratch) {
+  ntoc(a, scratch);
+  put(to, scratch);
+}
+
+// A decimal over an integer denominator other than 1, as scaling a denominator leaves it, is shown
+// as the decimal over 1 that reduction makes of it; a decimal shorter than its places is shown as
+// if padded to them.
+const num* printable_decimal(const num* c, const num* m) {
+  rncopy(Z3, c);
+  rncopy(Z2, m);
+  if (!is_one(Z2)) nreduct(Z3, Z2);
+  while (Z3->len < FF) {
+    ++Z3->len;
+    in_use(Z3)[0] = 0;
+  }
+  return Z3;
+}
+
+// Splits |c| / m into Z3 and Z4.
+void split(const num* c, const Fraction& f) {
+  if (f.machine_m == 0) {
+    nndiv(Z3, Z4, c, f.m);
+    return;
+  }
+  rncopy(Z3, c);
+  div(Z3, f.machine_m);
+  iton(Z4, Z3->rem);
+}
+
+// One more group of eight digits: the quotient of the remainder x 10^8 by the denominator.
+Limb next_group(const Fraction& f) {
+  clear(Z2);
+  if (f.machine_m != 0) {
+    rncopy(Z2, Z4);
+    div(Z2, f.machine_m);
+    iton(Z4, Z2->rem);
+  } else {
+    nndiv(Z2, Z4, Z4, f.m);
+  }
+  return units(Z2);
+}
+
+void print_mixed(const Fraction& f) {
+  if (!has_value(Z4)) return;
+  put(f.to, " ");
+  put_number(f.to, Z4, f.scratch);
+  put(f.to, "/");
+  put_number(f.to, f.m, f.scratch);
+  put(f.to, " ");
+}
+
+// Digits after the point, in groups of eight that go out as they are found.
+void print_expansion(const Fraction& f, int digits) {
+  if (!has_value(Z4)) return;
+  if (f.m->len >= IS - 1) {
+    explain("a denominator of %d limbs leaves no room to find digits", f.m->len);
+    put(f.to, ".. ");
+    return;
+  }
+  put(f.to, ".");
+  for (int left = (digits + 7) / 8; left > 0 && has_value(Z4); --left) {
+    if (nfloat(Z4, kLimbDigits) < 0) break;
+    const Limb group = next_group(f);
+    const char* end = limbs::write(f.scratch, {&group, 1});
+    if (!has_value(Z4))
+      while (end > f.scratch + 1 && end[-1] == '0') --end;
+    put(f.to, {f.scratch, static_cast<std::size_t>(end - f.scratch)});
+  }
+  put(f.to, has_value(Z4) ? ".. " : " ");
+}
+
+void print_fraction(const num* c, const num* m, char* scratch, int digits, Out& to) {
+  clear(Z4);
+  const Fraction f{to, scratch, m, small_magnitude(m, 0)};
+  split(c, f);
+  if (Z3->len == 0) iton(Z3, 0);
+  Z3->dec = 0;
+  put_number(to, Z3, scratch);
+  if (digits == -1) {
+    print_mixed(f);
+  } else if (digits > 0 && digits < IS * 4) {
+    print_expansion(f, digits);
+  }
+  if (c->imag == 1) put(to, " i ");
+  put(to, "\n");
+}
+
+void print_variable(int v, char* scratch, int digits, Out& to) {
+  const num* c = Mc[v];
+  const num* m = Mm[v];
+  if (digits == 0) return;
+  print(to, "%c=%s", 'A' + v, c->sign == 1 ? " " : "-");
+  if (c->dec == FF || is_one(m)) {
+    put_number(to, c->dec == FF ? printable_decimal(c, m) : c, scratch);
+    put(to, " \n");
+  } else {
+    print_fraction(c, m, scratch, digits, to);
+  }
+}
+
+void print_cell(int v, int k) {
+  if (!cell_is_free(v, k)) {
+    explain("the value of %c covers its cell %d; taken as 0", 'A' + v, k);
+    err(kMisfit);
+    put(*console, "0\n");
+    return;
+  }
+  const Cell cell = read_cell(v, k);
+  long long low = cell.low;
+  if (low < 0) {
+    put(*console, "-");
+    low = -low;
+  }
+  const long long top = cell.top;
+  const long long middle = cell.middle;
+  if (top < 0) {
+    if (middle > 0) {
+      print(*console, "%lld%08lld", middle, low);
+    } else {
+      print(*console, "%lld", low);
+    }
+    print(*console, "/%lld", -top);
+  } else if (middle < 0) {
+    print(*console, "%lld.%08lld", top, -middle);
+    if (low > 1) print(*console, "%08lld", low);
+  } else if (top > 0) {
+    print(*console, "%lld%08lld%08lld", top, middle, low);
+  } else if (middle == 0) {
+    print(*console, "%lld", low);
+  } else {
+    print(*console, "%lld%08lld", middle, low);
+  }
+  put(*console, "\n");
+}
+
+}  // namespace
+
+int nprint(const char* name, char* out, int digits, Out* file) {
+  const int v = name[0] - 'A';
+  if (name[1] >= '0' && name[1] <= '9') {
+    print_cell(v, name[1] - '0');
+    return 1;
+  }
+  print_variable(v, out, digits, file != nullptr ? *file : *console);
+  return 0;
+}
+
+}  // namespace tivelo

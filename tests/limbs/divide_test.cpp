@@ -1,0 +1,85 @@
+#include "limbs/divide.h"
+
+#include "limbs/oracle.h"
+
+namespace tivelo::limbs {
+namespace {
+
+void expect_division(const Number& a, const Number& b) {
+  Number q(a.size() - b.size() + 1, 7);
+  Number r(b.size(), 7);
+  Lent lent(divide_workspace(a.size(), b.size()));
+  divide(q, r, a, b, lent.workspace());
+  const mpz_class x = big(a);
+  const mpz_class y = big(b);
+  ASSERT_EQ(big(q), x / y) << a.size() << " by " << b.size();
+  ASSERT_EQ(big(r), x % y) << a.size() << " by " << b.size();
+}
+
+// a = q b + r with chosen q and r: digits 0 and B - 1 in the quotient and remainders next to 0
+// and to b are what makes estimates fail.
+Number dividend(Operands& operands, std::size_t na, const Number& b) {
+  Number q = operands.any(na - b.size());
+  const Number r = operands.any(b.size());
+  const mpz_class y = big(b);
+  mpz_class rest = big(r) % y;
+  if (operands.below(3) == 0) rest = operands.below(2);
+  if (operands.below(3) == 0) rest = y - 1;
+  return run_of(big(q) * y + rest, na);
+}
+
+// Lengths of dividend and divisor that straddle every change of method: columns and blocks of
+// rows, the cut divisor, recursion, one and several pieces of the reciprocal.
+TEST(Divide, EveryShape) {
+  Operands operands(4);
+  for (std::size_t nb = 1; nb < 24; ++nb) {
+    for (std::size_t na = nb; na < nb + 24; ++na) {
+      for (int round = 0; round < 8; ++round) {
+        const Number b = operands.number(nb);
+        expect_division(operands.any(na), b);
+        if (HasFatalFailure()) return;
+        expect_division(dividend(operands, na, b), b);
+        if (HasFatalFailure()) return;
+      }
+    }
+  }
+  const std::size_t shapes[][2] = {
+      {2100, 2},    {1300, 130},  {1183, 159},  {1184, 160},   {319, 160},    {320, 160},
+      {321, 161},   {322, 161},   {482, 322},   {483, 322},    {484, 322},    {900, 890},
+      {900, 740},   {900, 739},   {700, 400},   {999, 333},    {1000, 333},   {1001, 333},
+      {1500, 700},  {2399, 300},  {5998, 2999}, {5999, 3000},  {6000, 3000},  {6001, 3001},
+      {6400, 3200}, {3400, 3230}, {9100, 3000}, {12001, 3000}, {12200, 3001}, {9999, 6500}};
+  for (const auto& shape : shapes) {
+    for (int round = 0; round < (shape[0] < 3000 ? 12 : 3); ++round) {
+      const Number b = operands.number(shape[1]);
+      expect_division(round % 3 == 0 ? operands.any(shape[0]) : dividend(operands, shape[0], b), b);
+      if (HasFatalFailure()) return;
+    }
+  }
+}
+
+// Divisors whose leading limbs say least about the rest (1, then zeros or nines) under quotients
+// of all nines, in every method.
+TEST(Divide, UnlikelyCorrections) {
+  for (const std::size_t n : {2u, 3u, 9u, 161u, 340u, 3001u}) {
+    for (const Limb first : {1u, 2u, kBase / 2, kBase - 1}) {
+      for (const Limb fill : {0u, kBase - 1}) {
+        for (const Limb last : {0u, 1u, kBase - 1}) {
+          Number b(n, fill);
+          b[0] = first;
+          b[n - 1] = last;
+          for (const Limb digit : {0u, kBase - 1}) {
+            const Number q(n, digit);
+            for (const mpz_class& rest : {mpz_class(0), mpz_class(big(b) - 1)}) {
+              expect_division(run_of(big(q) * big(b) + rest, 2 * n), b);
+              if (HasFatalFailure()) return;
+            }
+          }
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tivelo::limbs

@@ -1,0 +1,43 @@
+#include "limbs/remainders.h"
+
+#include <algorithm>
+
+#include "limbs/oracle.h"
+
+namespace tivelo::limbs {
+namespace {
+
+// Primes and odd candidates below the bounds the callers use, and edge moduli in any order, under
+// numbers on both sides of every change of method; some are divisible by many of the moduli.
+TEST(Remainders, OfListsOfModuli) {
+  std::vector<std::uint32_t> primes = {2};
+  for (std::uint32_t p = 3; p < 65536; p += 2) {
+    const auto divides = [p](std::uint32_t d) { return p % d == 0; };
+    if (p < 300 ? std::none_of(primes.begin(), primes.end(), divides)
+                : std::none_of(primes.begin(), primes.begin() + 54, divides)) {
+      primes.push_back(p);
+    }
+  }
+  std::vector<std::uint32_t> odd;
+  for (std::uint32_t p = 3; p < 9998; p += 2) odd.push_back(p);
+  const std::vector<std::uint32_t> lists[] = {
+      {},  {7},    {1, 65535, 1, 65535, 2, 3},        {65535, 65535, 65535},
+      odd, primes, std::vector<std::uint32_t>(300, 2)};
+  Operands operands(7);
+  for (const auto& moduli : lists) {
+    for (const std::size_t na : {0u, 1u, 15u, 16u, 33u, 256u, 257u, 700u, 2600u, 4200u, 9000u}) {
+      Number a = operands.number(na);
+      if (na > 2 && operands.below(2) == 0) a[na - 1] = a[na - 2] = 0;
+      std::vector<std::uint32_t> out(moduli.size(), 7);
+      Lent lent(remainders_workspace(na, moduli.size()));
+      remainders(out, a, moduli, lent.workspace());
+      const mpz_class value = big(a);
+      for (std::size_t i = 0; i < out.size(); ++i) {
+        ASSERT_EQ(out[i], mpz_fdiv_ui(value.get_mpz_t(), moduli[i])) << na << " " << moduli[i];
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tivelo::limbs
