@@ -12,6 +12,14 @@ namespace tivelo {
 // An int may be read through the unsigned type of its size, so this is a well-defined limb.
 num::num() : limbs(reinterpret_cast<Limb*>(&rem)) {}
 
+void attach(num* a, Limb* limbs) {
+  a->limbs = limbs;
+  a->end = IS;
+  a->sign = 1;
+  a->len = a->ext = a->rem = a->shift = a->dec = a->res = a->imag = a->used = 0;
+  a->rdiv = a->dden = 1;
+}
+
 ConstLimbs magnitude(const num* a) { return limbs::strip(in_use(a)); }
 
 int rclear(num* a) {

@@ -40,6 +40,9 @@ struct num {
   num& operator=(const num&) = delete;
 };
 
+// Gives a record IS zeroed limbs to live in; its fields are then as constructed.
+void attach(num* a, Limb* limbs);
+
 // The units limb.
 inline Limb& units(num* a) { return a->limbs[a->end - 1]; }
 inline Limb units(const num* a) { return a->limbs[a->end - 1]; }

@@ -3,8 +3,12 @@
 #include <algorithm>
 
 #include "base/precision.h"
+#include "base/primes.h"
 #include "limbs/divide.h"
+#include "limbs/gcd.h"
 #include "limbs/multiply.h"
+#include "limbs/product.h"
+#include "limbs/remainders.h"
 
 namespace tivelo {
 
@@ -26,12 +30,6 @@ num extra[8];
 
 constexpr std::size_t kRecords = 2 * kPoolPairs + std::size(extra);
 
-void attach(num& record, Limb*& block) {
-  record.limbs = block;
-  record.end = IS;
-  block += IS;
-}
-
 void name_registers() {
   num** const on_c[] = {&Z1, &Z3, &Z5, &Z7, &Z9};
   num** const on_m[] = {&Z2, &Z4, &Z6, &Z8};
@@ -47,24 +45,36 @@ void name_registers() {
 
 std::size_t pool_limbs(int limbs) { return kRecords * static_cast<std::size_t>(limbs); }
 
-// The longest operations: a quotient of decimals, whose scaled dividend is a product of two numbers
-// and whose divisor is another, and a power's last squaring.
+// Every operation takes a few runs of up to twice a record and then one call of the engine, on
+// operands of at most two records: the dividend and the divisor of a quotient of decimals are such
+// products. A factorial fits n limbs only of a number below 3 n + 1000.
 std::size_t engine_bytes(int limbs) {
-  const std::size_t n = static_cast<std::size_t>(limbs) + 8;
-  const std::size_t copies = 8 * Workspace::bytes<Limb>(2 * n);
-  const std::size_t division =
-      std::max({limbs::divide_workspace(2 * n, n / 2), limbs::divide_workspace(2 * n, n),
-                limbs::divide_workspace(2 * n, 2 * n)});
-  return copies + std::max(limbs::multiply_workspace(n, n), division);
+  const std::size_t n = static_cast<std::size_t>(limbs) + 16;
+  const std::uint32_t largest = kBase - 1;
+  const std::size_t calls[] = {
+      limbs::divide_workspace(4 * n, 2 * n),
+      limbs::multiply_workspace(2 * n, 2 * n),
+      limbs::gcd_workspace(n),
+      limbs::power_workspace(2 * n),
+      limbs::factorial_workspace(static_cast<std::uint32_t>(3 * n + 1000), n),
+      limbs::product_workspace(2 * n, largest),
+      limbs::remainders_workspace(n, primes_below_65536().size()),
+  };
+  return 8 * Workspace::bytes<Limb>(2 * n) + *std::ranges::max_element(calls);
 }
 
 void attach_pool(Limb* block, Workspace workspace) {
+  const auto take = [&block] {
+    Limb* limbs = block;
+    block += IS;
+    return limbs;
+  };
   for (int i = 0; i < kPoolPairs; ++i) {
-    attach(Yc[i], block);
-    attach(Ym[i], block);
+    attach(&Yc[i], take());
+    attach(&Ym[i], take());
   }
   for (num& record : extra) {
-    attach(record, block);
+    attach(&record, take());
     clear(&record);
   }
   engine = workspace;

@@ -1,8 +1,10 @@
 #include "console/lines.h"
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cstring>
+#include <string_view>
 
 #include "base/precision.h"
 #include "base/report.h"
@@ -25,15 +27,23 @@ bool script_is_used_up(const Run& run) {
 }
 
 // What becomes of one character of a line.
-enum class Keep { as_is, capital, drop, rest, end, reject };
+enum class Keep : unsigned char { reject, as_is, capital, drop, rest, end };
+
+constexpr std::array<Keep, 256> make_classes() {
+  std::array<Keep, 256> classes{};
+  for (const char c : std::string_view("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ+-*/^!.,%'()|={}#<>"))
+    classes[static_cast<unsigned char>(c)] = Keep::as_is;
+  for (const char c : std::string_view("abcdefghijklmnopqrstuvwxyz"))
+    classes[static_cast<unsigned char>(c)] = Keep::capital;
+  classes[' '] = Keep::drop;
+  classes[':'] = Keep::rest;
+  classes['\0'] = classes[';'] = classes['\n'] = Keep::end;
+  return classes;
+}
 
 Keep classify(char c) {
-  if ((c >= '0' && c <= '9') || is_capital(c)) return Keep::as_is;
-  if (c >= 'a' && c <= 'z') return Keep::capital;
-  if (c == ' ') return Keep::drop;
-  if (c == ':') return Keep::rest;
-  if (c == '\0' || c == ';' || c == '\n') return Keep::end;
-  return std::strchr("+-*/^!.,%'()|={}#<>", c) != nullptr ? Keep::as_is : Keep::reject;
+  static constexpr std::array<Keep, 256> kClasses = make_classes();
+  return kClasses[static_cast<unsigned char>(c)];
 }
 
 void reject(char* line) { std::strcpy(line, ";"); }

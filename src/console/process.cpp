@@ -166,6 +166,7 @@ int run_calculator(int count, const char* const* arguments, const Console& outsi
   console = outside.out;
   explanations = outside.explanations;
   typed = outside.in;
+  set_line_in_hand(nullptr);
   nesting = 0;
   ROF[0] = 0;
   const Start start = understand(count, arguments);

@@ -15,6 +15,7 @@
 #include "fraction/decimal.h"
 #include "limbs/arith.h"
 #include "limbs/multiply.h"
+#include "limbs/product.h"
 
 namespace tivelo {
 
@@ -69,27 +70,6 @@ bool shifted_power(numf* result, const numf& base, long long n) {
   return true;
 }
 
-// base^n by squarings, most significant bit of n first, in the engine's workspace.
-ConstLimbs squaring_chain(ConstLimbs base, long long n, Workspace& ws) {
-  const std::size_t room = static_cast<std::size_t>(IS) + 2;
-  Limbs buffers[] = {ws.take<Limb>(room), ws.take<Limb>(room)};
-  ConstLimbs power = base;
-  int turn = 0;
-  const auto multiply_by = [&](ConstLimbs factor) {
-    const Limbs all = buffers[turn].last(power.size() + factor.size());
-    limbs::multiply(all, power, factor, ws);
-    power = limbs::strip(all);
-    turn = 1 - turn;
-  };
-  int bit = 62;
-  while ((n >> bit) == 0) --bit;
-  while (--bit >= 0) {
-    multiply_by(power);
-    if ((n >> bit) & 1) multiply_by(base);
-  }
-  return power;
-}
-
 // The first exponent whose power of `base` (at least 2) has `limbs` limbs or more, from logarithms:
 // exact unless base^*result lies within a millionth part of a limb's bound, and then *result may be
 // one too small.
@@ -115,7 +95,9 @@ void integer_power(num* result, const num* base, long long n) {
   }
   Workspace ws = engine;
   const long long last = std::max(exponent_reaching(b, refused_from), 1LL);
-  ConstLimbs power = squaring_chain(b, std::min(n, last), ws);
+  const Limbs room = ws.take<Limb>(static_cast<std::size_t>(IS) + b.size() + 2);
+  const auto exponent = static_cast<std::uint64_t>(std::min(n, last));
+  ConstLimbs power = room.last(limbs::power(room, b, exponent, ws));
   if (n > last) {
     if (power.size() < static_cast<std::size_t>(refused_from)) {
       const Limbs next = ws.take<Limb>(power.size() + b.size());

@@ -1,16 +1,19 @@
 #include "fraction/reduce.h"
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <utility>
 
 #include "base/precision.h"
+#include "base/primes.h"
 #include "bigint/addsub.h"
 #include "bigint/muldiv.h"
 #include "bigint/pool.h"
 #include "fraction/numf.h"
 #include "limbs/arith.h"
 #include "limbs/gcd.h"
+#include "limbs/remainders.h"
 
 namespace tivelo {
 
@@ -25,12 +28,14 @@ constexpr int kRun = 32;
 
 bool is_canonical_small(const num* a) { return !has_value(a) || is_one(a); }
 
+// Primes up to the largest candidate that any pair is searched for.
+constexpr std::size_t kPrimesBelow9997 = 1229;
+
 // Largest candidate tried, by the length of the smaller member; long pairs get the least.
 int search_bound(const num* larger, const num* smaller) {
   if (larger->len + smaller->len > 2500) return 97;
   const Limb top = in_use(smaller)[0];
   switch (smaller->len) {
-    case 1:
     case 2:
       return 97;
     case 3:
@@ -118,13 +123,45 @@ bool Search::try_candidate(int p) {
   return is_one(Z4) || is_one(Z5);
 }
 
+// The primes up to `bound` that divide either member.
+struct Hits {
+  std::array<std::uint32_t, kPrimesBelow9997> primes;
+  std::size_t count = 0;
+
+  // A candidate can only divide a member when all its prime factors do.
+  bool cover(int candidate) const {
+    auto rest = static_cast<std::uint32_t>(candidate);
+    for (std::size_t i = 0; i < count && rest > 1; ++i)
+      while (rest % primes[i] == 0) rest /= primes[i];
+    return rest == 1;
+  }
+};
+
+void find_hits(const num* larger, const num* smaller, int bound, Hits& hits) {
+  const auto all = primes_below_65536();
+  const auto end = std::ranges::upper_bound(all, static_cast<std::uint32_t>(bound));
+  const auto primes = all.first(static_cast<std::size_t>(end - all.begin()));
+  Workspace ws = engine;
+  const auto of_larger = ws.take<std::uint32_t>(primes.size());
+  const auto of_smaller = ws.take<std::uint32_t>(primes.size());
+  limbs::remainders(of_larger, magnitude(larger), primes, ws);
+  limbs::remainders(of_smaller, magnitude(smaller), primes, ws);
+  for (std::size_t i = 0; i < primes.size(); ++i)
+    if (of_larger[i] == 0 || of_smaller[i] == 0) hits.primes[hits.count++] = primes[i];
+}
+
+// The search of a long pair. Candidates that divide neither member would change nothing, so the
+// primes that do are found beforehand, many at a time.
 int search(num* larger, num* smaller) {
   const int bound = search_bound(larger, smaller);
+  Hits hits;
+  find_hits(larger, smaller, bound, hits);
+  if (hits.count == 0) return 1;
   Search state{larger, smaller};
   rncopy(Z4, larger);
   rncopy(Z5, smaller);
   for (int p = 2; p <= bound; p += p == 2 ? 1 : 2)
-    if (is_candidate(p) && state.try_candidate(p)) break;
+    if (is_candidate(p) && hits.cover(p) && state.try_candidate(p)) break;
   return state.result();
 }
 
@@ -160,12 +197,12 @@ int nreduct(num* a, num* b) {
   }
   num* larger = order > 0 ? a : b;
   num* smaller = order > 0 ? b : a;
+  // With a small member the gcd is removed at once, which leaves nothing to search for.
   int x = small_magnitude(smaller, 0);
-  if (x != 0) {
-    nreducti(larger, &x);
-    iton(smaller, x);
-  }
-  return search(larger, smaller);
+  if (x == 0) return search(larger, smaller);
+  nreducti(larger, &x);
+  iton(smaller, x);
+  return 1;
 }
 
 int nreducti(num* a, int* x) {

@@ -128,9 +128,9 @@ void store_product(std::uint32_t* r, std::size_t size, const double* const* x, s
   std::uint32_t part[2 * W];
   for (std::size_t k = (count + W - 1) / W * W;; k -= W) {
     // Coefficients k - W to k - 1; the pairs k - W + 1 to k take their places 0 and 1.
-    const Places s = k == 0 ? Places{{zero, zero, zero, zero, zero}}
-                            : reconstruct(load(x[0] + k - W), load(x[1] + k - W),
-                                          load(x[2] + k - W), c);
+    const Places s =
+        k == 0 ? Places{{zero, zero, zero, zero, zero}}
+               : reconstruct(load(x[0] + k - W), load(x[1] + k - W), load(x[2] + k - W), c);
     const Vec next4 = shift_in(s.v[4], right.v[4]);
     const Vec next4_right = shift_in(right.v[4], right.v[4]);
     Vec low = add(add(s.v[0], shift_in(s.v[2], right.v[2])), shift_in(next4, next4_right));

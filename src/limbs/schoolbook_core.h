@@ -4,15 +4,15 @@
 // namespace of each target.
 #pragma once
 
-constexpr std::size_t kTile = 4;               // vectors of 2 W columns that are summed together
+constexpr std::size_t kTile = 4;  // vectors of 2 W columns that are summed together
 constexpr std::size_t kTileLimbs = kTile * 2 * W;
 
 // A column sum below 2^64 as q 10^8 + r with 0 <= r < 3 x 10^8, -1 <= q < 2^38. The upper 38 bits
 // are divided with a signed rest; one unit of the quotient given back keeps r positive.
 inline void split_columns(Columns x, Vec& q, Vec& r) {
   Vec rest;
-  multiply_quotient(to_double(high_bits(x, 26)), all(0x1p26), all(kBaseDouble), all(kBaseInverse), q,
-                    rest);
+  multiply_quotient(to_double(high_bits(x, 26)), all(0x1p26), all(kBaseDouble), all(kBaseInverse),
+                    q, rest);
   r = add(add(rest, all(kBaseDouble)), to_double(low_bits(x, 26)));
   q = sub(q, all(1));
 }

@@ -3,19 +3,22 @@
 #include <charconv>
 
 #include "base/precision.h"
+#include "base/primes.h"
 #include "base/report.h"
 #include "base/status.h"
 #include "bigint/muldiv.h"
+#include "bigint/pool.h"
 #include "bigint/text.h"
 #include "limbs/arith.h"
+#include "limbs/remainders.h"
 
 namespace tivelo {
 
 namespace {
 
-// The last candidate below 65536. A cofactor whose quotient by it is below kCertified is below the
-// square of kCertified: without a factor below that, it is prime.
-constexpr int kLastCandidate = 65533;
+// The last number below 65536 without a factor up to 7. A cofactor whose quotient by it is below
+// kCertified is below the square of kCertified: without a factor below that, it is prime.
+constexpr int kLastTrial = 65533;
 constexpr Limb kCertified = 65536;
 
 char* append(char* out, unsigned long long value) {
@@ -40,30 +43,21 @@ char* strip_factor(unsigned long long& m, unsigned long long p, char* out) {
   return exponent > 0 ? append_power(out, p, exponent) : out;
 }
 
-// 2 to 7, then the numbers that none of these primes divides.
-bool is_candidate(int p) { return p < 8 || (p % 2 != 0 && p % 3 != 0 && p % 5 != 0 && p % 7 != 0); }
-
-// How often p divides m, which loses these factors. 2 and 5 divide the base, so the units limb
-// tells.
-int divide_out(num* m, int p) {
-  const bool by_units = p == 2 || p == 5;
-  const auto divisor = static_cast<std::uint32_t>(p);
+// How often p divides m, which loses these factors.
+int divide_out(num* m, std::uint32_t p) {
   int exponent = 0;
-  while ((by_units ? units(m) % divisor : limbs::remainder_limb(in_use(m), divisor)) == 0) {
-    div(m, p);
-    ++exponent;
-  }
+  for (; limbs::remainder_limb(in_use(m), p) == 0; ++exponent) div(m, static_cast<int>(p));
   return exponent;
 }
 
-// The cofactor without a factor up to kLastCandidate: complete when it has one limb, else in
+// The cofactor without a factor up to kLastTrial: complete when it has one limb, else in
 // decimal and with a "?" unless it is certainly prime.
 char* append_cofactor(char* out, const num* m, num* trial) {
   if (m->len == 1) return out + iprime(units(m), out);
   out += ntoc(m, out) - kLimbDigits;
   while (*out != '\0') ++out;
   rncopy(trial, m);
-  div(trial, kLastCandidate);
+  div(trial, kLastTrial);
   if (trial->len > 1 || units(trial) >= kCertified) *out++ = '?';
   return out;
 }
@@ -85,11 +79,13 @@ int fprime(const num* n, char* out, num** regs) {
     iprime(m->len == 0 ? 0 : units(m), out);
     return 0;
   }
-  for (int p = 2; p <= kLastCandidate; ++p) {
-    if (!is_candidate(p)) continue;
-    const int exponent = divide_out(m, p);
-    if (exponent == 0) continue;
-    out = append_power(out, static_cast<unsigned long long>(p), exponent);
+  const auto primes = primes_below_65536();
+  Workspace ws = engine;
+  const auto rest = ws.take<std::uint32_t>(primes.size());
+  limbs::remainders(rest, in_use(m), primes, ws);
+  for (std::size_t i = 0; i < primes.size(); ++i) {
+    if (rest[i] != 0) continue;
+    out = append_power(out, primes[i], divide_out(m, primes[i]));
     if (is_one(m)) {
       out[-1] = '\0';
       return 0;

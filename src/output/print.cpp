@@ -1,6 +1,6 @@
 #include "output/print.h"
 
-#include <cstring>
+#include <algorithm>
 
 #include "base/precision.h"
 #include "base/report.h"
@@ -9,8 +9,9 @@
 #include "bigint/pool.h"
 #include "bigint/text.h"
 #include "fraction/cells.h"
-#include "fraction/decimal.h"
 #include "fraction/reduce.h"
+#include "limbs/arith.h"
+#include "limbs/divide.h"
 #include "limbs/text.h"
 
 namespace tivelo {
@@ -56,19 +57,6 @@ void split(const num* c, const Fraction& f) {
   iton(Z4, Z3->rem);
 }
 
-// One more group of eight digits: the quotient of the remainder x 10^8 by the denominator.
-Limb next_group(const Fraction& f) {
-  clear(Z2);
-  if (f.machine_m != 0) {
-    rncopy(Z2, Z4);
-    div(Z2, f.machine_m);
-    iton(Z4, Z2->rem);
-  } else {
-    nndiv(Z2, Z4, Z4, f.m);
-  }
-  return units(Z2);
-}
-
 void print_mixed(const Fraction& f) {
   if (!has_value(Z4)) return;
   put(f.to, " ");
@@ -78,8 +66,39 @@ void print_mixed(const Fraction& f) {
   put(f.to, " ");
 }
 
-// Digits after the point, in groups of eight that go out as they are found.
+// The next `count` groups of eight digits, which are the quotient of the remainder x 10^(8 count)
+// by the denominator; Z4 becomes the new remainder. The groups lie in the engine's workspace.
+ConstLimbs next_groups(const Fraction& f, std::size_t count) {
+  Workspace ws = engine;
+  const ConstLimbs remainder = magnitude(Z4);
+  const Limbs dividend = ws.take<Limb>(remainder.size() + count);
+  std::ranges::copy(remainder, dividend.begin());
+  std::ranges::fill(dividend.last(count), Limb{0});
+  if (f.machine_m != 0) {
+    const auto divisor = static_cast<std::uint32_t>(f.machine_m);
+    iton(Z4, static_cast<int>(limbs::divide_limb(dividend, dividend, divisor)));
+    return dividend.last(count);
+  }
+  const ConstLimbs divisor = magnitude(f.m);
+  if (dividend.size() < divisor.size()) {
+    Z4->len = static_cast<int>(dividend.size());
+    std::ranges::copy(dividend, in_use(Z4).begin());
+    std::ranges::fill(dividend, Limb{0});
+    return dividend.last(count);
+  }
+  const Limbs quotient = ws.take<Limb>(dividend.size() - divisor.size() + 1 + count);
+  const Limbs rest = ws.take<Limb>(divisor.size());
+  std::ranges::fill(quotient.first(count), Limb{0});
+  limbs::divide(quotient.subspan(count), rest, dividend, divisor, ws);
+  Z4->len = static_cast<int>(rest.size());
+  std::ranges::copy(rest, in_use(Z4).begin());
+  return quotient.last(count);
+}
+
+// The groups are found many at a time: by a machine integer in pieces that stay in the cache, by a
+// long denominator all at once. An expansion that ends does so at its last group that is not zero.
 void print_expansion(const Fraction& f, int digits) {
+  constexpr std::size_t kPiece = 2048;
   if (!has_value(Z4)) return;
   if (f.m->len >= IS - 1) {
     explain("a denominator of %d limbs leaves no room to find digits", f.m->len);
@@ -87,13 +106,15 @@ void print_expansion(const Fraction& f, int digits) {
     return;
   }
   put(f.to, ".");
-  for (int left = (digits + 7) / 8; left > 0 && has_value(Z4); --left) {
-    if (nfloat(Z4, kLimbDigits) < 0) break;
-    const Limb group = next_group(f);
-    const char* end = limbs::write(f.scratch, {&group, 1});
+  std::size_t left = (static_cast<std::size_t>(digits) + 7) / 8;
+  while (left > 0 && has_value(Z4)) {
+    const std::size_t count = f.machine_m != 0 ? std::min(left, kPiece) : left;
+    const ConstLimbs groups = next_groups(f, count);
+    const char* end = limbs::write(f.scratch, groups);
     if (!has_value(Z4))
-      while (end > f.scratch + 1 && end[-1] == '0') --end;
+      while (end[-1] == '0') --end;
     put(f.to, {f.scratch, static_cast<std::size_t>(end - f.scratch)});
+    left -= count;
   }
   put(f.to, has_value(Z4) ? ".. " : " ");
 }

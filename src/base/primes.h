@@ -1,0 +1,12 @@
+// The primes below 65536, for searches for small factors.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace tivelo {
+
+// In increasing order; found by a sieve when first asked for.
+std::span<const std::uint32_t> primes_below_65536();
+
+}  // namespace tivelo
