@@ -4,6 +4,6 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/need.sh
 need g++ cmake make clang-tidy
-cmake --preset release >/dev/null
+cmake -B build/lint -DCMAKE_BUILD_TYPE=Debug >/dev/null  # with asserts: they tell it what holds
 [ $# -gt 0 ] || mapfile -t files < <(find src -name '*.cpp')
-printf '%s\n' "${@:-${files[@]}}" | xargs -P 2 -n 4 clang-tidy -quiet -p build/release
+printf '%s\n' "${@:-${files[@]}}" | xargs -P 2 -n 4 clang-tidy -quiet -p build/lint

@@ -13,12 +13,15 @@ RANK = {room: rank for rank, rooms in enumerate(LAYERS) for room in rooms}
 MAY_ALLOCATE = {"console/process.cpp", "console/storage.cpp"}
 MAY_PRINT = {"base", "console", "output"}
 
-HEAP = (r"\bnew\b|\b(?:malloc|calloc|realloc|aligned_alloc|mmap|strdup)\s*\(|\bmake_(?:unique|shared)\b"
+# A new with an address takes no memory.
+HEAP = (r"\bnew\b(?!\s*\((?!std::nothrow))|\bmake_(?:unique|shared)\b"
+        r"|\b(?:malloc|calloc|realloc|aligned_alloc|mmap|strdup)\s*\("
         r"|\bstd::(?:vector|string|deque|list|map|set|unordered_\w+|function|\w*stringstream)\b")
 PRINT = (r"\b(?:v?f?printf|f?puts|f?putc|putchar|fwrite|perror)\s*\(|\bstd::(?:cout|cerr|clog)\b"
          r"|(?<!\w)::write\s*\(")
-# Comments, strings and characters; digit separators are no quotes.
-NOT_CODE = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|(?<![0-9a-fA-F])\'(?:\\.|[^\'\\\n])+\'', re.S)
+# Includes, comments, strings and characters; digit separators are no quotes.
+NOT_CODE = re.compile(r"#\s*include[^\n]*|//[^\n]*|/\*.*?\*/|" r'"(?:\\.|[^"\\\n])*"'
+                      r"|(?<![0-9a-fA-F])'(?:\\.|[^'\\\n])+'", re.S)
 
 
 def main():

@@ -1,7 +1,7 @@
-// Replays every transcript of tests/sessions and the tour of the README through the program and
-// compares what it prints, byte for byte, its exit status and the files it leaves. A difference is
-// shown as a diff of the two transcripts; with TIVELO_RECORD set the one that came is printed.
-#include <fcntl.h>
+// Replays every transcript of tests/sessions and the tour of the README, through the program and in
+// this process, and compares what is printed, byte for byte, the exit status and the files left. A
+// difference is shown as a diff of the two transcripts; with TIVELO_RECORD set the one that came is
+// printed.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,8 +12,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 
+#include "console/process.h"
 #include "support/session_file.h"
 
 namespace tivelo::tests {
@@ -64,7 +66,43 @@ Outcome run_program(const std::vector<std::string>& args, const std::string& typ
   return outcome;
 }
 
-const std::pair<const char*, Way> kWays[] = {{"program", run_program}};
+// Hands the calculator its input line by line, as a terminal does.
+long fill_line(void* context, char* data, std::size_t size) {
+  auto& left = *static_cast<std::string_view*>(context);
+  const std::size_t line = std::min({size, left.find('\n') + 1, left.size()});
+  const std::size_t n = line == 0 ? std::min(size, left.size()) : line;
+  left.copy(data, n);
+  left.remove_prefix(n);
+  return static_cast<long>(n);
+}
+
+bool drain_text(void* context, const char* data, std::size_t size) {
+  static_cast<std::string*>(context)->append(data, size);
+  return true;
+}
+
+Outcome run_in_process(const std::vector<std::string>& args, const std::string& typed,
+                       const fs::path& folder) {
+  Outcome outcome;
+  std::string_view left = typed;
+  const auto in = std::make_unique<In>();
+  const auto out = std::make_unique<Out>();
+  in->fill = fill_line;
+  in->context = &left;
+  out->drain = drain_text;
+  out->context = &outcome.printed;
+  std::vector<const char*> argv;
+  for (const std::string& arg : args) argv.push_back(arg.c_str());
+  const fs::path before = fs::current_path();
+  fs::current_path(folder);
+  outcome.status = run_calculator(static_cast<int>(argv.size()), argv.data(),
+                                  {in.get(), out.get(), nullptr, out.get()});
+  fs::current_path(before);
+  return outcome;
+}
+
+const std::pair<const char*, Way> kWays[] = {{"program", run_program},
+                                             {"in_process", run_in_process}};
 
 // A new empty folder, removed with all that is in it.
 struct Folder {
