@@ -15,17 +15,6 @@ namespace {
 // Coefficients that a transform must hold for a product of na by nb limbs.
 std::size_t coefficients(std::size_t na, std::size_t nb) { return (na + 1) / 2 + (nb + 1) / 2 - 1; }
 
-// The shortest transform of at least n coefficients; at most 5/4 of n from 64 on.
-Shape shape_for(std::size_t n) {
-  constexpr int kSmallest = 6;
-  for (int k = kSmallest; k <= 8; ++k) {
-    if (n <= std::size_t{1} << k) return {1, k};
-  }
-  int k = kSmallest;
-  while (std::size_t{8} << k < n) ++k;
-  return {static_cast<int>((n - 1) >> k) + 1, k};
-}
-
 constexpr std::size_t kMaxLimbs = std::size_t{2} << kMaxTransform;  // of a transform's product
 // From this ratio of lengths on the longer operand is cut into slices of kSlice times the shorter.
 constexpr std::size_t kSliceRatio = 8;

@@ -20,6 +20,9 @@ struct Shape {
   std::size_t length() const { return static_cast<std::size_t>(u) << k; }
 };
 
+// The shortest transform of at least n coefficients: at most 5/4 of n from 64 on.
+Shape shape_for(std::size_t n);
+
 // The kernels take bare arrays (most significant limb first), because nothing inline from a shared
 // header may be compiled for a processor that is not everywhere. `work` is aligned to 64 bytes.
 struct Target {
