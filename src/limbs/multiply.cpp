@@ -1,26 +1,83 @@
+// Chooses the method by length: columns for short operands, the exact transform for long ones,
+// and slices of the longer operand against one transform of the shorter where they are far apart.
 #include "limbs/multiply.h"
 
 #include <algorithm>
 #include <cassert>
 
+#include "limbs/arith.h"
+#include "limbs/target.h"
+#include "limbs/transform_tables.h"
+
 namespace tivelo::limbs {
+namespace {
 
-std::size_t multiply_workspace(std::size_t, std::size_t) { return 0; }
+// Coefficients that a transform must hold for a product of na by nb limbs.
+std::size_t coefficients(std::size_t na, std::size_t nb) { return (na + 1) / 2 + (nb + 1) / 2 - 1; }
 
-void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace) {
-  assert(r.size() == a.size() + b.size());
-  std::fill(r.begin(), r.end(), 0);
-  for (std::size_t i = a.size(); i-- > 0;) {
-    std::uint64_t carry = 0;
-    for (std::size_t j = b.size(); j-- > 0;) {
-      const std::uint64_t t = static_cast<std::uint64_t>(a[i]) * b[j] + r[i + j + 1] + carry;
-      carry = t / kBase;
-      r[i + j + 1] = static_cast<Limb>(t - carry * kBase);
+constexpr std::size_t kMaxLimbs = std::size_t{2} << kMaxTransform;  // of a transform's product
+// From this ratio of lengths on the longer operand is cut into slices of kSlice times the shorter.
+constexpr std::size_t kSliceRatio = 8;
+constexpr std::size_t kSlice = 3;
+
+// a in slices, least significant first, each times b added to what is there already.
+void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
+  const Target& t = target();
+  const std::size_t nb = b.size();
+  const std::size_t most = std::max(std::min(kSlice * nb, kMaxLimbs - nb), std::size_t{1});
+  const std::size_t slices = (a.size() + most - 1) / most;
+  const std::size_t na = (a.size() + slices - 1) / slices;
+  const Shape s = shape_for(coefficients(na, nb));
+  const std::span<double> prepared = ws.take<double>(3 * s.length());
+  const std::span<double> work = ws.take<double>(3 * s.length());
+  const Limbs part = ws.take<Limb>(na + nb);
+  t.prepare(prepared.data(), b.data(), nb, s);
+  std::fill_n(r.end() - static_cast<std::ptrdiff_t>(nb), nb, 0);
+  for (std::size_t end = a.size(); end > 0;) {
+    const std::size_t n = std::min(na, end);
+    t.prepared_product(part.data(), a.data() + end - n, n, prepared.data(), nb, s, work.data());
+    // The upper nb limbs of what came before are r[end, end + nb).
+    std::copy_n(part.data(), n, r.data() + end - n);
+    const Limb carry = add(r.subspan(end, nb), r.subspan(end, nb), part.subspan(n, nb));
+    if (carry != 0) {
+      const Limb one = 1;
+      add(r.subspan(end - n, n), r.subspan(end - n, n), ConstLimbs(&one, 1));
     }
-    r[i] = static_cast<Limb>(carry);
+    end -= n;
   }
 }
 
-void square(Limbs r, ConstLimbs a, Workspace ws) { multiply(r, a, a, ws); }
+}  // namespace
+
+// Unsliced: four arrays of at most 5/4 of (na + nb + 2) / 2 doubles, 20 (na + nb) bytes. Sliced:
+// six arrays and a product for slices of at most 3 nb, which is less from the ratio 8 on.
+std::size_t multiply_workspace(std::size_t na, std::size_t nb) { return 20 * (na + nb) + 8192; }
+
+void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
+  assert(r.size() == a.size() + b.size() && !a.empty() && !b.empty());
+  if (a.size() < b.size()) std::swap(a, b);
+  if (a.data() == b.data() && a.size() == b.size()) return square(r, a, ws);
+  const Target& t = target();
+  if (b.size() < t.thresholds.transform) {
+    return t.schoolbook(r.data(), b.data(), b.size(), a.data(), a.size());
+  }
+  if (a.size() / b.size() >= kSliceRatio || a.size() + b.size() > kMaxLimbs) {
+    return multiply_slices(r, a, b, ws);
+  }
+  const Shape s = shape_for(coefficients(a.size(), b.size()));
+  const std::span<double> work = ws.take<double>(4 * s.length());
+  t.product(r.data(), a.data(), a.size(), b.data(), b.size(), s, work.data());
+}
+
+void square(Limbs r, ConstLimbs a, Workspace ws) {
+  assert(r.size() == 2 * a.size() && !a.empty());
+  const Target& t = target();
+  if (a.size() < t.thresholds.transform_square) {
+    return t.schoolbook(r.data(), a.data(), a.size(), a.data(), a.size());
+  }
+  const Shape s = shape_for(coefficients(a.size(), a.size()));
+  const std::span<double> work = ws.take<double>(3 * s.length());
+  t.square(r.data(), a.data(), a.size(), s, work.data());
+}
 
 }  // namespace tivelo::limbs

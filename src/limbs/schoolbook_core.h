@@ -1,0 +1,93 @@
+// The schoolbook product by columns: every product that falls into a column is summed in 64 bits
+// and carries are taken once. Limb products are at most (10^8 - 1)^2 < 10^16, and 1844 x 10^16 <
+// 2^64, so the shorter operand may have up to kMaxColumn limbs. Compiled inside the unnamed
+// namespace of each target.
+#pragma once
+
+constexpr std::size_t kTile = 4;               // vectors of 2 W columns that are summed together
+constexpr std::size_t kTileLimbs = kTile * 2 * W;
+
+// A column sum below 2^64 as q 10^8 + r with 0 <= r < 3 x 10^8, -1 <= q < 2^38. The upper 38 bits
+// are divided with a signed rest; one unit of the quotient given back keeps r positive.
+inline void split_columns(Columns x, Vec& q, Vec& r) {
+  Vec rest;
+  multiply_quotient(to_double(high_bits(x, 26)), all(0x1p26), all(kBaseDouble), all(kBaseInverse), q,
+                    rest);
+  r = add(add(rest, all(kBaseDouble)), to_double(low_bits(x, 26)));
+  q = sub(q, all(1));
+}
+
+// Normalises one vector of 2 W columns: the even ones are the high limbs of their pairs.
+inline void store_columns(std::uint32_t* out, Columns even, Columns odd, Vec& from_right,
+                          Carry& carry) {
+  Vec q_even;
+  Vec q_odd;
+  Vec high;
+  Vec low;
+  split_columns(even, q_even, high);
+  split_columns(odd, q_odd, low);
+  low = add(low, shift_in(q_even, from_right));
+  from_right = q_even;
+  store_places(out, add(high, q_odd), low, carry);
+}
+
+// The limbs [from, to) of b into `window`, zeros where b has none.
+inline void copy_window(std::uint32_t* window, const std::uint32_t* b, std::size_t nb,
+                        std::ptrdiff_t from, std::ptrdiff_t to) {
+  const std::ptrdiff_t n = static_cast<std::ptrdiff_t>(nb);
+  std::ptrdiff_t i = from;
+  for (; i < to && i < 0; ++i) *window++ = 0;
+  for (; i < to && i < n; ++i) *window++ = b[i];
+  for (; i < to; ++i) *window++ = 0;
+}
+
+// Sums columns c to c + kTileLimbs - 1 over the rows a[first..last); row i is the limbs of b that
+// a[i] multiplies: row - i for the one given.
+inline void sum_tile(Columns* even, Columns* odd, const std::uint32_t* a, std::size_t first,
+                     std::size_t last, const std::uint32_t* row) {
+  for (std::size_t t = 0; t < kTile; ++t) even[t] = odd[t] = zero_columns();
+  for (std::size_t i = first; i < last; ++i, --row) {
+    const Columns factor = all_limbs(a[i]);
+    for (std::size_t t = 0; t < kTile; ++t) {
+      const Columns x = load_limbs(row + t * 2 * W);
+      even[t] = add_product(even[t], x, factor);
+      odd[t] = add_product(odd[t], second_limbs(x), factor);
+    }
+  }
+}
+
+// r = a x b; na <= nb, na <= kMaxColumn.
+void schoolbook(std::uint32_t* r, const std::uint32_t* a, std::size_t na, const std::uint32_t* b,
+                std::size_t nb) {
+  std::uint32_t window[kMaxColumn + 2 * kTileLimbs];
+  const std::size_t size = na + nb;
+  Vec from_right = all(0);
+  Carry carry = {all(0), 0};
+  for (std::size_t end = (size + kTileLimbs - 1) / kTileLimbs * kTileLimbs; end > 0;
+       end -= kTileLimbs) {
+    const std::size_t c = end - kTileLimbs;
+    // a[i] reaches columns i + 1 to i + nb.
+    const std::size_t first = c > nb ? c - nb : 0;
+    const std::size_t last = end - 1 < na ? end - 1 : na;
+    const std::uint32_t* row = b + c - 1 - first;
+    if (c < last || c - 1 - first + kTileLimbs > nb) {
+      const std::ptrdiff_t low = static_cast<std::ptrdiff_t>(c) - static_cast<std::ptrdiff_t>(last);
+      const std::size_t length = last - first - 1 + kTileLimbs;
+      copy_window(window, b, nb, low, low + static_cast<std::ptrdiff_t>(length));
+      row = window + (last - first - 1);
+    }
+    Columns even[kTile];
+    Columns odd[kTile];
+    sum_tile(even, odd, a, first, last, row);
+    for (std::size_t t = kTile; t-- > 0;) {
+      const std::size_t at = c + t * 2 * W;
+      if (at + 2 * W <= size) {
+        store_columns(r + at, even[t], odd[t], from_right, carry);
+      } else if (at < size) {
+        std::uint32_t part[2 * W];
+        store_columns(part, even[t], odd[t], from_right, carry);
+        for (std::size_t i = at; i < size; ++i) r[i] = part[i - at];
+      }
+    }
+  }
+}

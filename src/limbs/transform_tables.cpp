@@ -1,0 +1,101 @@
+// Builds the tables of the transform with plain 128-bit arithmetic: it runs once, so that only
+// the primes and one root each have to be trusted (and those have their checking script).
+#include "limbs/transform_tables.h"
+
+namespace tivelo::limbs {
+namespace {
+
+__extension__ typedef unsigned __int128 Wide;
+
+class Field {
+ public:
+  explicit Field(std::uint64_t p) : p_(p) {}
+
+  std::uint64_t multiply(std::uint64_t a, std::uint64_t b) const {
+    return static_cast<std::uint64_t>(Wide{a} * b % p_);
+  }
+  std::uint64_t power(std::uint64_t a, std::uint64_t e) const {
+    std::uint64_t r = 1;
+    for (; e != 0; e >>= 1, a = multiply(a, a)) {
+      if (e & 1) r = multiply(r, a);
+    }
+    return r;
+  }
+  std::uint64_t invert(std::uint64_t a) const { return power(a % p_, p_ - 2); }
+
+  // The representative in (-p/2, p/2); p is odd and below 2^53, so both steps are exact.
+  double balanced(std::uint64_t a) const {
+    return a > p_ / 2 ? -static_cast<double>(p_ - a) : static_cast<double>(a);
+  }
+
+ private:
+  std::uint64_t p_;
+};
+
+// Product of z(first + i) over the bits i set in b, where z(k) has order 2^k.
+std::uint64_t root_product(const Field& f, const std::uint64_t* z, std::size_t b, int first) {
+  std::uint64_t r = 1;
+  for (int i = 0; b >> i != 0; ++i) {
+    if ((b >> i & 1) == 0) continue;
+    r = first + i <= kRootOrder ? f.multiply(r, z[first + i]) : 0;
+  }
+  return r;
+}
+
+void build(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
+  const Field f(p);
+  std::uint64_t z[kRootOrder + 1];
+  z[kRootOrder] = root;
+  for (int k = kRootOrder; k > 0; --k) z[k - 1] = f.multiply(z[k], z[k]);
+
+  t.p = static_cast<double>(p);
+  t.p_inverse = 1 / t.p;
+  for (std::size_t b = 0; b < kTwiddles; ++b) {
+    const std::uint64_t w = root_product(f, z, b, 2);
+    const std::uint64_t e = root_product(f, z, 2 * b, 2);
+    t.twiddle[b] = f.balanced(w);
+    t.twiddle_even[b] = f.balanced(e);
+    t.inverse[b] = f.balanced(f.invert(w));
+    t.inverse_even[b] = f.balanced(f.invert(e));
+  }
+  std::uint64_t half_power = 1;
+  for (int j = 0; j < kChain; ++j) {
+    t.halves[j] = f.balanced(half_power);
+    half_power = f.multiply(half_power, (p + 1) / 2);
+    for (std::size_t c = 0; c < 8; ++c) {
+      // Entries past the order of the given root are never needed; they become 0.
+      const std::uint64_t v = root_product(f, z, c, 1 + j);
+      t.chain[c][j] = f.balanced(v);
+      t.inverse_chain[c][j] = f.balanced(f.invert(v));
+    }
+  }
+}
+
+// The digits of v in base 10^8, least significant first.
+void to_digits(double* digits, int count, Wide v) {
+  for (int i = 0; i < count; ++i, v /= 100000000) {
+    digits[i] = static_cast<double>(static_cast<std::uint64_t>(v % 100000000));
+  }
+}
+
+TransformTables build_all() {
+  TransformTables t;
+  for (int i = 0; i < kPrimes; ++i) build(t.prime[i], kPrime[i], kRoot[i]);
+  const Field f2(kPrime[1]);
+  const Field f3(kPrime[2]);
+  t.inverse_p1_mod_p2 = f2.balanced(f2.invert(kPrime[0]));
+  t.inverse_p1_mod_p3 = f3.balanced(f3.invert(kPrime[0]));
+  t.inverse_p2_mod_p3 = f3.balanced(f3.invert(kPrime[1]));
+  to_digits(t.p1, 2, kPrime[0]);
+  to_digits(t.p1p2, 4, Wide{kPrime[0]} * kPrime[1]);
+  return t;
+}
+
+}  // namespace
+
+const TransformTables& transform_tables() {
+  static const TransformTables tables = build_all();
+  return tables;
+}
+
+}  // namespace tivelo::limbs
