@@ -18,7 +18,7 @@ namespace {
 // Lengths (in limbs, of the shorter of quotient and divisor) from which recursion and the
 // reciprocal gain, and the longest quotient that rows produce in one go.
 constexpr std::size_t kRecursion = 400;
-constexpr std::size_t kReciprocal = 3000;
+constexpr std::size_t kReciprocal = 1000;
 constexpr std::size_t kRowChunk = 1024;
 static_assert(kRecursion < kSchoolbookLimit && kReciprocal > kRecursion);
 

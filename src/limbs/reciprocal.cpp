@@ -17,7 +17,7 @@ namespace tivelo::limbs {
 namespace {
 
 // Up to here one long division is as fast.
-constexpr std::size_t kDirect = 200;
+constexpr std::size_t kDirect = 300;
 
 constexpr std::size_t half(std::size_t p) { return p / 2 + 2; }
 
