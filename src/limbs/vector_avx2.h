@@ -34,9 +34,7 @@ inline Vec round_of(Vec x) {
 }
 
 // x moved one lane to the front, the first lane of y behind it.
-inline Vec shift_in(Vec x, Vec y) {
-  return _mm256_permute4x64_pd(_mm256_blend_pd(x, y, 1), 0x39);
-}
+inline Vec shift_in(Vec x, Vec y) { return _mm256_permute4x64_pd(_mm256_blend_pd(x, y, 1), 0x39); }
 
 inline void transpose(Vec* v) {
   const Vec a0 = _mm256_unpacklo_pd(v[0], v[1]);
@@ -81,6 +79,18 @@ inline Columns all_limbs(std::uint32_t x) { return _mm256_set1_epi32(static_cast
 inline Columns second_limbs(Columns x) { return _mm256_srli_epi64(x, 32); }
 inline Columns add_product(Columns s, Columns x, Columns y) {
   return _mm256_add_epi64(s, _mm256_mul_epu32(x, y));
+}
+inline Columns subtract_product(Columns s, Columns x, Columns y) {
+  return _mm256_sub_epi64(s, _mm256_mul_epi32(x, y));
+}
+inline Columns spread_limbs(const std::uint32_t* p) {
+  return _mm256_cvtepu32_epi64(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
+}
+inline Columns load_columns(const std::uint64_t* p) {
+  return _mm256_load_si256(reinterpret_cast<const __m256i*>(p));
+}
+inline void put_columns(std::uint64_t* p, Columns x) {
+  _mm256_store_si256(reinterpret_cast<__m256i*>(p), x);
 }
 inline Columns add_columns(Columns x, Columns y) { return _mm256_add_epi64(x, y); }
 inline Columns low_bits(Columns x, int bits) {
