@@ -1,5 +1,5 @@
-// The multiplication kernels for any 64-bit processor. Nothing here may include a header with inline
-// functions of its own: the linker would pick one copy for the whole program.
+// The multiplication kernels for any 64-bit processor. Nothing here may include a header with
+// inline functions of its own: the linker would pick one copy for the whole program.
 #include <cstddef>
 #include <cstdint>
 
@@ -20,7 +20,7 @@ namespace {
 }  // namespace
 
 extern const Target kPortableTarget;
-const Target kPortableTarget = {"portable",  kPortableThresholds, schoolbook,      product,
-                               square, prepare,           prepared_product};
+const Target kPortableTarget = {"portable", kPortableThresholds, schoolbook, product, square,
+                                prepare,    prepared_product};
 
 }  // namespace tivelo::limbs

@@ -2,6 +2,7 @@
 #pragma once
 
 constexpr std::size_t W = 4;
+constexpr std::size_t kTile = 2;
 using Vec = __m256d;
 using Columns = __m256i;
 
@@ -34,9 +35,7 @@ inline Vec round_of(Vec x) {
 }
 
 // x moved one lane to the front, the first lane of y behind it.
-inline Vec shift_in(Vec x, Vec y) {
-  return _mm256_permute4x64_pd(_mm256_blend_pd(x, y, 1), 0x39);
-}
+inline Vec shift_in(Vec x, Vec y) { return _mm256_permute4x64_pd(_mm256_blend_pd(x, y, 1), 0x39); }
 
 inline void transpose(Vec* v) {
   const Vec a0 = _mm256_unpacklo_pd(v[0], v[1]);
