@@ -135,8 +135,8 @@ inline void square_pair(Vec& a0, Vec& a1, Vec w, const Modulus& m) {
 
 // Twiddles of W blocks of W elements, one block to a lane.
 struct BaseTwiddles {
-  Vec w1, w2, w3;     // w2, w3 only where W is 8
-  Vec v1, v2, v3;     // their inverses
+  Vec w1, w2, w3;  // w2, w3 only where W is 8
+  Vec v1, v2, v3;  // their inverses
 };
 
 inline BaseTwiddles base_twiddles(std::size_t b, int level, const Chain& r, const Prime& f) {
@@ -199,8 +199,7 @@ inline Vec pair_root(std::size_t i, const BaseTwiddles& w) {
 }
 
 template <Mode kMode>
-void base_products(double* a, double* b, std::size_t n, int level, const Chain& r,
-                   const Prime& f) {
+void base_products(double* a, double* b, std::size_t n, int level, const Chain& r, const Prime& f) {
   const Modulus m = f.m;
   for (std::size_t i = 0; i < n; i += W * W) {
     const BaseTwiddles w = base_twiddles(i / W, level, r, f);

@@ -2,6 +2,7 @@
 #pragma once
 
 constexpr std::size_t W = 4;
+constexpr std::size_t kTile = 2;
 using Vec = __m256d;
 using Columns = __m256i;
 

@@ -4,6 +4,7 @@
 #pragma once
 
 constexpr std::size_t W = 8;
+constexpr std::size_t kTile = 4;
 using Vec = __m512d;
 using Columns = __m512i;
 

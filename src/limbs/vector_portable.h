@@ -4,6 +4,7 @@
 #pragma once
 
 constexpr std::size_t W = 4;
+constexpr std::size_t kTile = 1;
 struct Vec {
   double v[W];
 };
