@@ -10,6 +10,7 @@
 #include <cassert>
 #include <cstring>
 
+#include "limbs/target.h"
 #include "limbs/wide.h"
 
 namespace tivelo::limbs {
@@ -47,46 +48,6 @@ struct Reducer {
     return rest >= k ? rest - k : rest;
   }
 };
-
-// Limbs of one dot product: a product is below 10^8 x 2^32, and 32 of them stay below 2^64.
-constexpr std::size_t kDot = 32;
-static_assert(kDot * kBase < std::uint64_t{1} << 32);
-
-// Remainder of a: every block of kDot limbs is multiplied by the powers of the base modulo k and
-// summed without a reduction; the sums are then joined by Horner's rule, step being the base to
-// the power kDot. a.size() is a multiple of kDot.
-[[gnu::always_inline]] inline std::uint64_t fold(std::uint64_t rest, ConstLimbs a,
-                                                 const std::uint32_t* power, std::uint64_t step,
-                                                 Reducer by) {
-  for (std::size_t i = 0; i < a.size(); i += kDot) {
-    std::uint64_t sum = 0;
-    for (std::size_t j = 0; j < kDot; ++j) sum += std::uint64_t{a[i + j]} * power[j];
-    rest = by.modulo(rest * step + by.modulo(sum));
-  }
-  return rest;
-}
-
-// The same loop, compiled for the vectors every processor has and for wider ones.
-std::uint64_t fold_plain(std::uint64_t rest, ConstLimbs a, const std::uint32_t* power,
-                         std::uint64_t step, Reducer by) {
-  return fold(rest, a, power, step, by);
-}
-
-#if defined(__x86_64__)
-[[gnu::target("avx2")]] std::uint64_t fold_avx2(std::uint64_t rest, ConstLimbs a,
-                                                const std::uint32_t* power, std::uint64_t step,
-                                                Reducer by) {
-  return fold(rest, a, power, step, by);
-}
-#endif
-
-std::uint64_t fold_fastest(std::uint64_t rest, ConstLimbs a, const std::uint32_t* power,
-                           std::uint64_t step, Reducer by) {
-#if defined(__x86_64__)
-  if (__builtin_cpu_supports("avx2")) return fold_avx2(rest, a, power, step, by);
-#endif
-  return fold_plain(rest, a, power, step, by);
-}
 
 }  // namespace
 
@@ -222,30 +183,36 @@ std::uint32_t divide_limb(Limbs q, ConstLimbs a, std::uint32_t k) {
   return static_cast<std::uint32_t>((rest - over * scaled) >> shift);
 }
 
+// Every block of kDotLimbs limbs is multiplied by the powers of the base modulo k and summed
+// without a reduction; Horner's rule joins the sums.
 std::uint32_t remainder_limb(ConstLimbs a, std::uint32_t k) {
   assert(k >= 1);
   const Reducer by(k);
   const std::uint64_t base = by.modulo(kBase);
   std::uint64_t rest = 0;
-  if (a.size() < kDot / 2) {
+  if (a.size() < kDotLimbs / 2) {
     for (const Limb limb : a) rest = by.modulo(rest * base + limb);
     return static_cast<std::uint32_t>(rest);
   }
   // power[j] = 10^8^(31 - j) mod k, in four chains that do not wait for each other.
-  std::array<std::uint32_t, kDot> power;
+  std::array<std::uint32_t, kDotLimbs> power;
   std::uint64_t p = by.modulo(1);
-  for (std::size_t j = kDot; j-- > kDot - 4; p = by.modulo(p * base)) {
+  for (std::size_t j = kDotLimbs; j-- > kDotLimbs - 4; p = by.modulo(p * base)) {
     power[j] = static_cast<std::uint32_t>(p);
   }
-  for (std::size_t j = kDot - 4; j-- > 0;) {
+  for (std::size_t j = kDotLimbs - 4; j-- > 0;) {
     power[j] = static_cast<std::uint32_t>(by.modulo(p * power[j + 4]));
   }
   const std::uint64_t step = by.modulo(base * power[0]);
-  std::array<Limb, kDot> head{};
-  const std::size_t odd = a.size() % kDot;
-  std::copy_n(a.begin(), odd, head.end() - static_cast<std::ptrdiff_t>(odd));
-  rest = fold_fastest(0, head, power.data(), step, by);
-  return static_cast<std::uint32_t>(fold_fastest(rest, a.subspan(odd), power.data(), step, by));
+  const auto dot = target().dot;
+  std::array<Limb, kDotLimbs> head{};
+  std::size_t i = a.size() % kDotLimbs;
+  std::copy_n(a.begin(), i, head.end() - static_cast<std::ptrdiff_t>(i));
+  rest = by.modulo(dot(head.data(), power.data()));
+  for (; i < a.size(); i += kDotLimbs) {
+    rest = by.modulo(rest * step + by.modulo(dot(&a[i], power.data())));
+  }
+  return static_cast<std::uint32_t>(rest);
 }
 
 }  // namespace tivelo::limbs

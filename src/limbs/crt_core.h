@@ -3,10 +3,10 @@
 //
 // A coefficient x of the product, 0 <= x <= m 10^32, is v1 + p1 v2 + p1 p2 v3 with
 //   v1 = x mod p1, v2 = (x - v1) / p1 mod p2, v3 = ((x - v1) / p1 - v2) / p2 mod p3,
-// each as multiply_mod() leaves it, |v| <= 3/4 p. v1 and v2 may be any representatives, v3 must be
-// the right one: |p1 v2 + v1| <= 0.76 p1 p2, so v3 lies between -1 and x / (p1 p2) + 1. As
-// 4 m 10^32 < p1 p2 p3, that is below p3 / 4 + 1, and its neighbours v3 - p3 and v3 + p3 are
-// outside 3/4 p3: the representative that comes out is v3 itself.
+// each as multiply_mod() leaves it, |v| <= 0.51 p for arguments within 2 p. v1 and v2 may be any
+// representatives, v3 must be the right one: |p1 v2 + v1| <= 0.52 p1 p2, so v3 lies between -1 and
+// x / (p1 p2) + 1. As 4 m 10^32 < p1 p2 p3, that is below p3 / 4 + 1, and its neighbours v3 - p3
+// and v3 + p3 are outside 0.51 p3: the representative that comes out is v3 itself.
 //
 // The limbs of x are the sums of v times the limbs of p1 and p1 p2, and the sums of neighbouring
 // coefficients overlap. All are integers in doubles; kBias keeps every sum positive: each place
@@ -53,7 +53,7 @@ inline void store_places(std::uint32_t* out, Vec high, Vec low, Carry& carry) {
   high = subtract_multiple(high, q, base);
   low = add(low, shift_in(q, carry.quotients));
   carry.quotients = q;
-  // low < 10^8 + 2^42 now; high was reduced, so it leaves its range only by a small quotient.
+  // low < 10^8 + 2^23 now, so high grows to 10^8 at most, and only that starts a ripple.
   q = floor_of(scale(low, inverse));
   low = subtract_multiple(low, q, base);
   high = add(high, q);

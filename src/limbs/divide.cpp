@@ -1,4 +1,4 @@
-// Division, by length: rows (schoolbook.cpp), recursion that turns them into multiplications
+// Division, by length: rows (long_division.cpp), recursion that turns them into multiplications
 // (Burnikel and Ziegler, Fast Recursive Division, 1998), and for the longest a reciprocal. Every
 // level estimates with leading limbs and corrects: cut to one limb more than the quotient has, a
 // divisor of any leading limb makes the estimate at most 2 too large, so nothing is scaled.
@@ -8,9 +8,9 @@
 #include <cassert>
 
 #include "limbs/arith.h"
+#include "limbs/long_division.h"
 #include "limbs/multiply.h"
 #include "limbs/reciprocal.h"
-#include "limbs/schoolbook.h"
 
 namespace tivelo::limbs {
 namespace {
@@ -18,9 +18,9 @@ namespace {
 // Lengths (in limbs, of the shorter of quotient and divisor) from which recursion and the
 // reciprocal gain, and the longest quotient that rows produce in one go.
 constexpr std::size_t kRecursion = 400;
-constexpr std::size_t kReciprocal = 3000;
+constexpr std::size_t kReciprocal = 1000;
 constexpr std::size_t kRowChunk = 1024;
-static_assert(kRecursion < kSchoolbookLimit && kReciprocal > kRecursion);
+static_assert(kRecursion < kLongDivisionLimit && kReciprocal > kRecursion);
 
 // Quotient limbs found with one multiplication by the reciprocal: enough pieces that computing
 // the reciprocal does not cost more than using it; at most n - 2, so that the divisor has
@@ -108,7 +108,7 @@ void divide_block(Limbs q, Limbs u, ConstLimbs b, Workspace ws) {
   const std::size_t n = b.size();
   assert(u.size() == n + m);
   if (n > 2 * m + kRecursion) return divide_cut(q, u, b, ws);
-  if (std::min(m, n) < kRecursion) return schoolbook_divide(q, u.last(n), u, b, ws);
+  if (std::min(m, n) < kRecursion) return long_divide(q, u.last(n), u, b, ws);
   if (n > m + 1) return divide_cut(q, u, b, ws);
   if (n < kReciprocal) {
     const std::size_t upper = (m + 1) / 2;
@@ -137,7 +137,7 @@ std::size_t divide_workspace(std::size_t na, std::size_t nb) {
   const std::size_t k = std::min(chunk, nb);
   const std::size_t rows = std::min(nb, 3 * kRecursion);
   std::size_t size = Workspace::bytes<Limb>(nb + chunk) +
-                     schoolbook_workspace(rows + std::min(chunk, kRowChunk), rows);
+                     long_divide_workspace(rows + std::min(chunk, kRowChunk), rows);
   if (nb < kRecursion) return size;
   size += Workspace::bytes<Limb>(nb + k + 8) + multiply_workspace(k + 3, nb);
   if (nb < kReciprocal || k < kRecursion) return size;
@@ -153,7 +153,7 @@ void divide(Limbs q, Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
     return;
   }
   if (std::min(m, n) < kRecursion && m <= kRowChunk && n <= 2 * m + kRecursion) {
-    return schoolbook_divide(q, r, a, b, ws);
+    return long_divide(q, r, a, b, ws);
   }
   // A zero limb and the leading n - 1 limbs of a are the first remainder.
   const std::size_t chunk = chunk_length(m, n);

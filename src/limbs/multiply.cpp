@@ -15,18 +15,9 @@ namespace {
 // Coefficients that a transform must hold for a product of na by nb limbs.
 std::size_t coefficients(std::size_t na, std::size_t nb) { return (na + 1) / 2 + (nb + 1) / 2 - 1; }
 
-// The shortest transform of at least n coefficients; at most 5/4 of n from 64 on.
-Shape shape_for(std::size_t n) {
-  constexpr int kSmallest = 6;
-  for (int k = kSmallest; k <= 8; ++k) {
-    if (n <= std::size_t{1} << k) return {1, k};
-  }
-  int k = kSmallest;
-  while (std::size_t{8} << k < n) ++k;
-  return {static_cast<int>((n - 1) >> k) + 1, k};
-}
-
 constexpr std::size_t kMaxLimbs = std::size_t{2} << kMaxTransform;  // of a transform's product
+static_assert(kMaxLimbs == std::size_t{1} << 25, "operands of up to 268 million digits");
+
 // From this ratio of lengths on the longer operand is cut into slices of kSlice times the shorter.
 constexpr std::size_t kSliceRatio = 8;
 constexpr std::size_t kSlice = 3;
@@ -35,7 +26,8 @@ constexpr std::size_t kSlice = 3;
 void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   const Target& t = target();
   const std::size_t nb = b.size();
-  const std::size_t most = std::max(std::min(kSlice * nb, kMaxLimbs - nb), std::size_t{1});
+  assert(nb < kMaxLimbs);
+  const std::size_t most = std::min(kSlice * nb, kMaxLimbs - nb);
   const std::size_t slices = (a.size() + most - 1) / most;
   const std::size_t na = (a.size() + slices - 1) / slices;
   const Shape s = shape_for(coefficients(na, nb));
@@ -69,7 +61,8 @@ void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   if (a.size() < b.size()) std::swap(a, b);
   if (a.data() == b.data() && a.size() == b.size()) return square(r, a, ws);
   const Target& t = target();
-  if (b.size() < t.thresholds.transform) {
+  const bool even = a.size() < 2 * b.size();
+  if (b.size() < (even ? t.thresholds.even : t.thresholds.uneven)) {
     return t.schoolbook(r.data(), b.data(), b.size(), a.data(), a.size());
   }
   if (a.size() / b.size() >= kSliceRatio || a.size() + b.size() > kMaxLimbs) {
@@ -83,9 +76,10 @@ void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
 void square(Limbs r, ConstLimbs a, Workspace ws) {
   assert(r.size() == 2 * a.size() && !a.empty());
   const Target& t = target();
-  if (a.size() < t.thresholds.transform_square) {
+  if (a.size() < t.thresholds.square) {
     return t.schoolbook(r.data(), a.data(), a.size(), a.data(), a.size());
   }
+  if (2 * a.size() > kMaxLimbs) return multiply_slices(r, a, a, ws);
   const Shape s = shape_for(coefficients(a.size(), a.size()));
   const std::span<double> work = ws.take<double>(3 * s.length());
   t.square(r.data(), a.data(), a.size(), s, work.data());

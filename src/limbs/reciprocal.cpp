@@ -10,14 +10,14 @@
 #include <cassert>
 
 #include "limbs/arith.h"
+#include "limbs/long_division.h"
 #include "limbs/multiply.h"
-#include "limbs/schoolbook.h"
 
 namespace tivelo::limbs {
 namespace {
 
 // Up to here one long division is as fast.
-constexpr std::size_t kDirect = 200;
+constexpr std::size_t kDirect = 300;
 
 constexpr std::size_t half(std::size_t p) { return p / 2 + 2; }
 
@@ -28,7 +28,7 @@ void divide_power(Limbs r, ConstLimbs v, Workspace ws) {
   const Limbs rest = ws.take<Limb>(p);
   std::fill(power.begin(), power.end(), 0);
   power[0] = 1;
-  schoolbook_divide(quotient, rest, power, v, ws);
+  long_divide(quotient, rest, power, v, ws);
   if (quotient[0] != 0) {
     std::fill(r.begin(), r.end(), kBase - 1);
   } else {
@@ -42,7 +42,7 @@ std::size_t reciprocal_workspace(std::size_t p) {
   const std::size_t direct = std::min(p, kDirect);
   const std::size_t h = half(p);
   return Workspace::bytes<Limb>(2 * direct + 1) + Workspace::bytes<Limb>(direct + 2) +
-         Workspace::bytes<Limb>(direct) + schoolbook_workspace(2 * direct + 1, direct) +
+         Workspace::bytes<Limb>(direct) + long_divide_workspace(2 * direct + 1, direct) +
          Workspace::bytes<Limb>(p + h + 1) + Workspace::bytes<Limb>(p + 4) +
          multiply_workspace(h + 1, p + 3);
 }

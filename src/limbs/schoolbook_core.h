@@ -4,8 +4,8 @@
 // namespace of each target.
 #pragma once
 
-constexpr std::size_t kTile = 4;  // vectors of 2 W columns that are summed together
-constexpr std::size_t kTileLimbs = kTile * 2 * W;
+constexpr std::size_t kTileLimbs =
+    kTile * 2 * W;  // columns summed together; kTile as registers allow
 
 // A column sum below 2^64 as q 10^8 + r with 0 <= r < 3 x 10^8, -1 <= q < 2^38. The upper 38 bits
 // are divided with a signed rest; one unit of the quotient given back keeps r positive.
@@ -41,17 +41,39 @@ inline void copy_window(std::uint32_t* window, const std::uint32_t* b, std::size
   for (; i < to; ++i) *window++ = 0;
 }
 
-// Sums columns c to c + kTileLimbs - 1 over the rows a[first..last); row i is the limbs of b that
-// a[i] multiplies: row - i for the one given.
+// Sums columns c to c + kTileLimbs - 1 over the rows a[first..last), where a[first] multiplies the
+// limbs from `row` on, the next one those from row - 1 on, and so on. Two rows at a time: where the
+// first takes the limbs x at row, the second needs x for the odd columns, and for the even ones the
+// second limbs of what lies at row - 2, the x of the next two rows. So a vector is loaded once for
+// four products. Reads row[-2..] of the last two rows as well.
 inline void sum_tile(Columns* even, Columns* odd, const std::uint32_t* a, std::size_t first,
                      std::size_t last, const std::uint32_t* row) {
-  for (std::size_t t = 0; t < kTile; ++t) even[t] = odd[t] = zero_columns();
-  for (std::size_t i = first; i < last; ++i, --row) {
-    const Columns factor = all_limbs(a[i]);
+  Columns x[kTile];
+  Columns y[kTile];
+  for (std::size_t t = 0; t < kTile; ++t) {
+    even[t] = odd[t] = zero_columns();
+    x[t] = load_limbs(row + t * 2 * W);
+    y[t] = second_limbs(x[t]);
+  }
+  std::size_t i = first;
+  for (; i + 1 < last; i += 2) {
+    row -= 2;
+    const Columns f0 = all_limbs(a[i]);
+    const Columns f1 = all_limbs(a[i + 1]);
     for (std::size_t t = 0; t < kTile; ++t) {
-      const Columns x = load_limbs(row + t * 2 * W);
-      even[t] = add_product(even[t], x, factor);
-      odd[t] = add_product(odd[t], second_limbs(x), factor);
+      const Columns next = load_limbs(row + t * 2 * W);
+      const Columns next_second = second_limbs(next);
+      even[t] = add_product(add_product(even[t], x[t], f0), next_second, f1);
+      odd[t] = add_product(add_product(odd[t], y[t], f0), x[t], f1);
+      x[t] = next;
+      y[t] = next_second;
+    }
+  }
+  if (i < last) {
+    const Columns f0 = all_limbs(a[i]);
+    for (std::size_t t = 0; t < kTile; ++t) {
+      even[t] = add_product(even[t], x[t], f0);
+      odd[t] = add_product(odd[t], y[t], f0);
     }
   }
 }
@@ -59,7 +81,8 @@ inline void sum_tile(Columns* even, Columns* odd, const std::uint32_t* a, std::s
 // r = a x b; na <= nb, na <= kMaxColumn.
 void schoolbook(std::uint32_t* r, const std::uint32_t* a, std::size_t na, const std::uint32_t* b,
                 std::size_t nb) {
-  std::uint32_t window[kMaxColumn + 2 * kTileLimbs];
+  std::uint32_t window[kMaxColumn + 2 * kTileLimbs];  // two limbs in front may be read, not used
+  window[0] = window[1] = 0;
   const std::size_t size = na + nb;
   Vec from_right = all(0);
   Carry carry = {all(0), 0};
@@ -70,11 +93,11 @@ void schoolbook(std::uint32_t* r, const std::uint32_t* a, std::size_t na, const 
     const std::size_t first = c > nb ? c - nb : 0;
     const std::size_t last = end - 1 < na ? end - 1 : na;
     const std::uint32_t* row = b + c - 1 - first;
-    if (c < last || c - 1 - first + kTileLimbs > nb) {
+    if (c < last + 2 || c - 1 - first + kTileLimbs > nb) {
       const std::ptrdiff_t low = static_cast<std::ptrdiff_t>(c) - static_cast<std::ptrdiff_t>(last);
       const std::size_t length = last - first - 1 + kTileLimbs;
-      copy_window(window, b, nb, low, low + static_cast<std::ptrdiff_t>(length));
-      row = window + (last - first - 1);
+      copy_window(window + 2, b, nb, low, low + static_cast<std::ptrdiff_t>(length));
+      row = window + 2 + (last - first - 1);
     }
     Columns even[kTile];
     Columns odd[kTile];

@@ -49,6 +49,16 @@ std::atomic<const Target*> chosen{nullptr};
 
 }  // namespace
 
+Shape shape_for(std::size_t n) {
+  constexpr int kSmallest = 6;  // a block of the widest target
+  for (int k = kSmallest; k <= 8; ++k) {
+    if (n <= std::size_t{1} << k) return {1, k};
+  }
+  int k = kSmallest;
+  while (std::size_t{8} << k < n) ++k;
+  return {static_cast<int>((n - 1) >> k) + 1, k};
+}
+
 const Target& target() {
   const Target* t = chosen.load(std::memory_order_relaxed);
   if (t == nullptr) {

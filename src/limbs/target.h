@@ -1,4 +1,4 @@
-// The multiplication kernels of one processor family and the choice among them. Every target
+// The vector kernels of one processor family and the choice among them. Every target
 // computes the same results; the portable one is built everywhere and the tests hold the others
 // to it.
 #pragma once
@@ -13,12 +13,20 @@ namespace tivelo::limbs {
 // Limb products are below 10^16 and 1844 x 10^16 < 2^64: the most rows whose columns fit 64 bits.
 inline constexpr std::size_t kMaxColumn = 1844;
 
+// Columns that one step of subtract_row() covers, and limbs that dot() covers: 32 products of a
+// limb and a 32-bit number are below 32 x 10^8 x 2^32 < 2^64.
+inline constexpr std::size_t kRowBlock = 8;
+inline constexpr std::size_t kDotLimbs = 32;
+
 // A transform of u 2^k coefficients of two limbs each; u is 1 up to 2^8 and 5 to 8 beyond.
 struct Shape {
   int u;
   int k;
   std::size_t length() const { return static_cast<std::size_t>(u) << k; }
 };
+
+// The shortest transform of at least n coefficients: at most 5/4 of n from 64 on.
+Shape shape_for(std::size_t n);
 
 // The kernels take bare arrays (most significant limb first), because nothing inline from a shared
 // header may be compiled for a processor that is not everywhere. `work` is aligned to 64 bytes.
@@ -38,6 +46,12 @@ struct Target {
   // As product(), with b given by its transform of the same shape. Work: 3 x length.
   void (*prepared_product)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                            const double* prepared, std::size_t nb, Shape s, double* work);
+  // u[i] -= q x v[i] modulo 2^64 for i < kRowBlock x blocks and |q| < 2^31; u is aligned to 64
+  // bytes.
+  void (*subtract_row)(std::uint64_t* u, const std::uint32_t* v, std::size_t blocks,
+                       std::int32_t q);
+  // The sum of a[i] x b[i] for i < kDotLimbs, limbs times 32-bit numbers.
+  std::uint64_t (*dot)(const std::uint32_t* a, const std::uint32_t* b);
 };
 
 // The target in use: the first of avx512, avx2, portable that this processor can run, unless

@@ -27,7 +27,7 @@ namespace {
 }  // namespace
 
 extern const Target kAvx512Target;
-const Target kAvx512Target = {"avx512", kAvx512Thresholds, schoolbook,      product,
-                              square,   prepare,           prepared_product};
+const Target kAvx512Target = {"avx512", kAvx512Thresholds, schoolbook,   product, square,
+                              prepare,  prepared_product,  subtract_row, dot};
 
 }  // namespace tivelo::limbs

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "limbs/crt_core.h"
+#include "limbs/row_core.h"
 #include "limbs/schoolbook_core.h"
 
 template <int U, Mode kMode>

@@ -20,7 +20,7 @@ namespace {
 }  // namespace
 
 extern const Target kPortableTarget;
-const Target kPortableTarget = {"portable", kPortableThresholds, schoolbook, product, square,
-                                prepare,    prepared_product};
+const Target kPortableTarget = {"portable", kPortableThresholds, schoolbook,   product, square,
+                                prepare,    prepared_product,    subtract_row, dot};
 
 }  // namespace tivelo::limbs

@@ -8,13 +8,15 @@
 
 namespace tivelo::limbs {
 
+// Limbs of the shorter operand from which the transform is used.
 struct Thresholds {
-  std::size_t transform;         // limbs of the shorter operand from which the transform is used
-  std::size_t transform_square;  // the same for squares
+  std::size_t even;    // lengths within a factor of 2
+  std::size_t uneven;  // further apart
+  std::size_t square;
 };
 
-inline constexpr Thresholds kAvx512Thresholds = {150, 150};
-inline constexpr Thresholds kAvx2Thresholds = {150, 150};
-inline constexpr Thresholds kPortableThresholds = {300, 300};
+inline constexpr Thresholds kAvx512Thresholds = {400, 290, 310};
+inline constexpr Thresholds kAvx2Thresholds = {330, 250, 235};
+inline constexpr Thresholds kPortableThresholds = {600, 480, 380};
 
 }  // namespace tivelo::limbs

@@ -16,11 +16,10 @@ inline constexpr int kRootOrder = 26;
 inline constexpr std::uint64_t kPrime[kPrimes] = {17591917608961, 17589568798721, 17589501689857};
 inline constexpr std::uint64_t kRoot[kPrimes] = {6227336199684, 1844843139904, 726819696543};
 
-// Longest transform: the chains below need roots of order 8 n.
-inline constexpr int kMaxTransform = 23;
-// A coefficient of a product is below m (10^16)^2 for m coefficients in the shorter operand. The
-// reconstruction wants 4 m 10^32 < p1 p2 p3 (see crt_core.h), which holds up to this m.
-inline constexpr std::size_t kMaxCoefficients = std::size_t{12} << 20;
+// The longest transform has 2^kMaxTransform coefficients, so m <= 2^(kMaxTransform - 1) in the
+// shorter operand. A coefficient of the product is below m (10^16)^2, and the reconstruction wants
+// 4 m 10^32 < p1 p2 p3 (see crt_core.h).
+inline constexpr int kMaxTransform = 24;
 
 // Twiddles that a leaf of the recursion can ask for: blocks of at least 4 elements in 2^12.
 inline constexpr std::size_t kTwiddles = 1024;

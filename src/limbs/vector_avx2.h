@@ -2,6 +2,7 @@
 #pragma once
 
 constexpr std::size_t W = 4;
+constexpr std::size_t kTile = 2;
 using Vec = __m256d;
 using Columns = __m256i;
 
@@ -79,6 +80,18 @@ inline Columns all_limbs(std::uint32_t x) { return _mm256_set1_epi32(static_cast
 inline Columns second_limbs(Columns x) { return _mm256_srli_epi64(x, 32); }
 inline Columns add_product(Columns s, Columns x, Columns y) {
   return _mm256_add_epi64(s, _mm256_mul_epu32(x, y));
+}
+inline Columns subtract_product(Columns s, Columns x, Columns y) {
+  return _mm256_sub_epi64(s, _mm256_mul_epi32(x, y));
+}
+inline Columns spread_limbs(const std::uint32_t* p) {
+  return _mm256_cvtepu32_epi64(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
+}
+inline Columns load_columns(const std::uint64_t* p) {
+  return _mm256_load_si256(reinterpret_cast<const __m256i*>(p));
+}
+inline void put_columns(std::uint64_t* p, Columns x) {
+  _mm256_store_si256(reinterpret_cast<__m256i*>(p), x);
 }
 inline Columns add_columns(Columns x, Columns y) { return _mm256_add_epi64(x, y); }
 inline Columns low_bits(Columns x, int bits) {

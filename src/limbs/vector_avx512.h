@@ -4,6 +4,7 @@
 #pragma once
 
 constexpr std::size_t W = 8;
+constexpr std::size_t kTile = 4;
 using Vec = __m512d;
 using Columns = __m512i;
 
@@ -87,6 +88,14 @@ inline Columns second_limbs(Columns x) { return _mm512_srli_epi64(x, 32); }
 inline Columns add_product(Columns s, Columns x, Columns y) {
   return _mm512_add_epi64(s, _mm512_mul_epu32(x, y));
 }
+inline Columns subtract_product(Columns s, Columns x, Columns y) {
+  return _mm512_sub_epi64(s, _mm512_mul_epi32(x, y));
+}
+inline Columns spread_limbs(const std::uint32_t* p) {
+  return _mm512_cvtepu32_epi64(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)));
+}
+inline Columns load_columns(const std::uint64_t* p) { return _mm512_load_si512(p); }
+inline void put_columns(std::uint64_t* p, Columns x) { _mm512_store_si512(p, x); }
 inline Columns add_columns(Columns x, Columns y) { return _mm512_add_epi64(x, y); }
 inline Columns low_bits(Columns x, int bits) {
   return _mm512_and_si512(x, _mm512_set1_epi64((std::int64_t{1} << bits) - 1));

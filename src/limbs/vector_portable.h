@@ -4,6 +4,7 @@
 #pragma once
 
 constexpr std::size_t W = 4;
+constexpr std::size_t kTile = 1;
 struct Vec {
   double v[W];
 };
@@ -122,6 +123,20 @@ inline Columns second_limbs(Columns x) {
 inline Columns add_product(Columns s, Columns x, Columns y) {
   for (std::size_t i = 0; i < W; ++i) s.v[i] += (x.v[i] & 0xffffffff) * (y.v[i] & 0xffffffff);
   return s;
+}
+// s - x y for limbs x and signed 32-bit y, each in the low half of its lane.
+inline Columns subtract_product(Columns s, Columns x, Columns y) {
+  for (std::size_t i = 0; i < W; ++i) {
+    const auto factor = static_cast<std::int64_t>(static_cast<std::int32_t>(y.v[i]));
+    s.v[i] -= x.v[i] * static_cast<std::uint64_t>(factor);
+  }
+  return s;
+}
+// W limbs, one to a lane.
+inline Columns spread_limbs(const std::uint32_t* p) { return {{p[0], p[1], p[2], p[3]}}; }
+inline Columns load_columns(const std::uint64_t* p) { return {{p[0], p[1], p[2], p[3]}}; }
+inline void put_columns(std::uint64_t* p, Columns x) {
+  for (std::size_t i = 0; i < W; ++i) p[i] = x.v[i];
 }
 inline Columns add_columns(Columns x, Columns y) {
   for (std::size_t i = 0; i < W; ++i) x.v[i] += y.v[i];

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/limb.h"
+#include "limbs/target.h"
 #include "limbs/workspace.h"
 
 namespace tivelo {
@@ -88,5 +89,16 @@ class Lent {
   std::size_t size_;
   std::byte* data_;
 };
+
+// Runs `test` once for each set of kernels that this processor has.
+template <typename Test>
+void on_every_target(const Test& test) {
+  for (const char* const* name = limbs::target_names(); *name != nullptr; ++name) {
+    SCOPED_TRACE(*name);
+    ASSERT_TRUE(limbs::force_target(*name));
+    test();
+  }
+  limbs::force_target(limbs::target_names()[0]);
+}
 
 }  // namespace tivelo

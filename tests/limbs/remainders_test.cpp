@@ -9,7 +9,7 @@ namespace {
 
 // Primes and odd candidates below the bounds the callers use, and edge moduli in any order, under
 // numbers on both sides of every change of method; some are divisible by many of the moduli.
-TEST(Remainders, OfListsOfModuli) {
+void lists_of_moduli() {
   std::vector<std::uint32_t> primes = {2};
   for (std::uint32_t p = 3; p < 65536; p += 2) {
     const auto divides = [p](std::uint32_t d) { return p % d == 0; };
@@ -38,6 +38,8 @@ TEST(Remainders, OfListsOfModuli) {
     }
   }
 }
+
+TEST(Remainders, OfListsOfModuli) { on_every_target(lists_of_moduli); }
 
 }  // namespace
 }  // namespace tivelo::limbs

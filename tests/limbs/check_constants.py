@@ -1,0 +1,93 @@
+#!/usr/bin/env python3
+"""Recomputes the constants of the exact transform from their definition and checks the bounds that
+docs/transform.md derives. Reads the values out of the sources, so that neither can drift."""
+import pathlib
+import re
+import sys
+from fractions import Fraction
+
+LIMBS = pathlib.Path(__file__).resolve().parents[2] / "src" / "limbs"
+BASE = 10**8
+
+
+def numbers(text, name):
+    found = re.search(r"\b%s(?:\[\w+\])? = ([^;]*);" % name, text)
+    return [int(word) for word in re.findall(r"\d+", found[1])]
+
+
+def is_prime(n):
+    """Miller-Rabin, certain below 3.3 x 10^24 with these bases."""
+    bases = (2, 3, 5, 7, 11, 13, 17, 19, 23, 29, 31, 37, 41)
+    if n in bases or any(n % b == 0 for b in bases):
+        return n in bases
+    s = ((n - 1) & -(n - 1)).bit_length() - 1
+    for b in bases:
+        x = pow(b, n - 1 >> s, n)
+        if x not in (1, n - 1) and not any((x := x * x % n) == n - 1 for _ in range(s - 1)):
+            return False
+    return True
+
+
+def root(p, order):
+    """b^((p-1) / 2^order) for the least b without a square root."""
+    b = next(b for b in range(2, p) if pow(b, (p - 1) // 2, p) == p - 1)
+    return pow(b, p - 1 >> order, p)
+
+
+def check(what, fine):
+    print(("ok    " if fine else "WRONG ") + what)
+    faults.append(not fine)
+
+
+faults = []
+tables = (LIMBS / "transform_tables.h").read_text()
+crt = (LIMBS / "crt_core.h").read_text()
+target = (LIMBS / "target.h").read_text()
+
+order = numbers(tables, "kRootOrder")[0]
+longest = numbers(tables, "kMaxTransform")[0]
+primes = numbers(tables, "kPrime")
+product = primes[0] * primes[1] * primes[2]
+
+expected = []
+k = 2 ** (44 - order) - 1
+while len(expected) < 3:
+    if is_prime(k * 2**order + 1):
+        expected.append(k * 2**order + 1)
+    k -= 1
+check("kPrime: the three largest primes k 2^%d + 1 below 2^44" % order, primes == expected)
+check("kRoot: elements of order 2^%d" % order,
+      numbers(tables, "kRoot") == [root(p, order) for p in primes])
+check("roots of order 8 n for the longest transform", longest + 2 <= order)
+check("4 m 10^32 < p1 p2 p3 for m = 2^%d coefficients" % (longest - 1),
+      4 * 2 ** (longest - 1) * BASE**4 < product)
+
+# multiply_mod: |r| <= 3/4 p for |x| <= 64 p and |w| <= 0.51 p, three roundings of 2^-53.
+p = max(primes)
+check("values within 64 p stay below 2^50", 64 * p < 2**50)
+ratio = 64 * p * Fraction(51, 100)
+error = ratio * ((1 + Fraction(1, 2**53)) ** 3 - 1)
+check("the quotient of multiply_mod is off by less than 3/4", error + Fraction(1, 2) < Fraction(3, 4))
+check("the quotient is below 2^51", ratio < 2**51)
+check("the rest before its correction is below 2^53",
+      Fraction(3, 4) * p + 64 * p * Fraction(51, 100) * p / 2**53 < 2**53)
+check("forward values: 6.1 + 3/4 for each level within 64",
+      Fraction(61, 10) + Fraction(3, 4) * (longest - 1) <= 64)
+
+# Places of the reconstruction.
+bias = numbers(crt, "kBias")[0]
+v = Fraction(3, 4) * p
+place = v + 6 * (v + 1) + 7 * BASE
+check("a place without its bias is less than the bias", place < bias * (BASE - 1))
+check("a place with its bias is below 2^49", place + bias * BASE < 2**49)
+inverse = Fraction(float("1e-8"))
+check("the double 1e-8 is above 10^-8, by less than 2^-52 of it",
+      0 < inverse - Fraction(1, BASE) < Fraction(1, BASE * 2**52))
+# One more rounding of 2^-53 in the product.
+check("floor(x 1e-8) is exact below 2^50",
+      2**50 * (inverse * (1 + Fraction(1, 2**53)) - Fraction(1, BASE)) < Fraction(1, BASE))
+
+column = numbers(target, "kMaxColumn")[0]
+check("kMaxColumn: the most products of limbs in 64 bits",
+      column * BASE**2 < 2**64 <= (column + 1) * BASE**2)
+sys.exit(any(faults))

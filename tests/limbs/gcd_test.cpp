@@ -1,0 +1,53 @@
+#include "limbs/gcd.h"
+
+#include <algorithm>
+
+#include "limbs/oracle.h"
+
+namespace tivelo::limbs {
+namespace {
+
+void expect_gcd(const Number& a, const Number& b) {
+  const mpz_class expected = gcd(big(a), big(b));
+  const std::size_t shorter = std::min(a.size(), b.size());
+  Number r(shorter > 0 ? shorter : std::max(a.size(), b.size()), 7);
+  Lent lent(gcd_workspace(std::max(a.size(), b.size())));
+  const std::size_t length = gcd(r, a, b, lent.workspace());
+  const ConstLimbs end = ConstLimbs(r).last(length);
+  ASSERT_EQ(big(end), expected) << text_of(a) << " " << text_of(b);
+  ASSERT_TRUE(length == 0 || end[0] != 0);
+}
+
+Number times(const mpz_class& a, const Number& b) {
+  const mpz_class product = a * big(b);
+  return run_of(product, (product.get_str().size() + 7) / 8);
+}
+
+// Zero, one and equal operands, unbalanced lengths, common factors of every size, and neighbours
+// of a golden ratio, whose quotients are all 1.
+TEST(Gcd, AgainstOracle) {
+  Operands operands(8);
+  for (int round = 0; round < 1500; ++round) {
+    const unsigned most = round % 50 == 0 ? 200 : 14;
+    const Number a = operands.number(operands.below(most));
+    const Number b = operands.number(operands.below(most));
+    expect_gcd(a, b);
+    if (HasFatalFailure()) return;
+    if (a.empty() || b.empty()) continue;
+    expect_gcd(a, a);
+    const Number common = operands.number(1 + operands.below(most));
+    expect_gcd(times(big(common), a), times(big(common), b));
+    expect_gcd(times(big(common), a), common);
+    if (HasFatalFailure()) return;
+  }
+  mpz_class high;
+  mpz_class low;
+  for (unsigned n = 1; n < 1500; n += 7) {
+    mpz_fib2_ui(high.get_mpz_t(), low.get_mpz_t(), n + 2);
+    expect_gcd(times(high, {123, 45678}), times(low, {123, 45678}));
+    if (HasFatalFailure()) return;
+  }
+}
+
+}  // namespace
+}  // namespace tivelo::limbs

@@ -1,0 +1,162 @@
+#include "limbs/multiply.h"
+
+#include "limbs/oracle.h"
+#include "limbs/target.h"
+
+namespace tivelo::limbs {
+namespace {
+
+// Runs every test once for each target that this machine has.
+class Multiply : public testing::TestWithParam<const char*> {
+ protected:
+  void SetUp() override { ASSERT_TRUE(force_target(GetParam())); }
+  void TearDown() override { force_target(target_names()[0]); }
+};
+
+std::vector<const char*> names() {
+  std::vector<const char*> list;
+  for (const char* const* name = target_names(); *name != nullptr; ++name) list.push_back(*name);
+  return list;
+}
+INSTANTIATE_TEST_SUITE_P(Targets, Multiply, testing::ValuesIn(names()),
+                         [](const auto& target) { return std::string(target.param); });
+
+enum class Method { kChosen, kColumns, kTransform, kPrepared };
+
+Number product_by(Method method, const Number& a, const Number& b) {
+  const Target& t = target();
+  Number r(a.size() + b.size(), 7);
+  if (method == Method::kChosen) {
+    Lent lent(multiply_workspace(a.size(), b.size()));
+    multiply(r, a, b, lent.workspace());
+    return r;
+  }
+  if (method == Method::kColumns) {
+    t.schoolbook(r.data(), b.data(), b.size(), a.data(), a.size());
+    return r;
+  }
+  const Shape s = shape_for((a.size() + 1) / 2 + (b.size() + 1) / 2 - 1);
+  Lent lent(48 * s.length());
+  Workspace ws = lent.workspace();
+  double* work = ws.take<double>((method == Method::kTransform ? 4 : 3) * s.length()).data();
+  if (method == Method::kTransform) {
+    t.product(r.data(), a.data(), a.size(), b.data(), b.size(), s, work);
+    return r;
+  }
+  double* prepared = ws.take<double>(3 * s.length()).data();
+  t.prepare(prepared, b.data(), b.size(), s);
+  t.prepared_product(r.data(), a.data(), a.size(), prepared, b.size(), s, work);
+  return r;
+}
+
+Number square_of(const Number& a, bool transform) {
+  Number r(2 * a.size(), 7);
+  const Shape s = shape_for((a.size() + 1) / 2 * 2 - 1);
+  Lent lent(transform ? 24 * s.length() : multiply_workspace(a.size(), a.size()));
+  if (transform) {
+    target().square(r.data(), a.data(), a.size(), s,
+                    lent.workspace().take<double>(3 * s.length()).data());
+  } else {
+    square(r, a, lent.workspace());
+  }
+  return r;
+}
+
+// Every method that can take a x b (a the longer), and the squares.
+void expect_products(const Number& a, const Number& b) {
+  SCOPED_TRACE(testing::Message() << a.size() << " x " << b.size());
+  const Number expected = run_of(big(a) * big(b), a.size() + b.size());
+  ASSERT_EQ(product_by(Method::kChosen, a, b), expected);
+  ASSERT_EQ(product_by(Method::kChosen, b, a), expected);
+  ASSERT_EQ(product_by(Method::kTransform, a, b), expected);
+  ASSERT_EQ(product_by(Method::kPrepared, a, b), expected);
+  if (b.size() <= kMaxColumn) {
+    ASSERT_EQ(product_by(Method::kColumns, a, b), expected);
+  }
+  const Number square = run_of(big(b) * big(b), 2 * b.size());
+  ASSERT_EQ(square_of(b, false), square);
+  ASSERT_EQ(square_of(b, true), square);
+}
+
+// The largest n limbs times the largest m, n >= m, needs no oracle:
+// (B^n - 1) (B^m - 1) = (B^m - 2) B^n + (B^n - B^m) + 1.
+void expect_largest(std::size_t n, std::size_t m, const Number& r) {
+  Number expected(n + m);
+  std::fill_n(expected.begin(), n, kBase - 1);
+  expected[m - 1] = kBase - 2;
+  expected[n + m - 1] = 1;
+  ASSERT_TRUE(r == expected) << n << " x " << m;
+}
+
+TEST_P(Multiply, EveryShortShape) {
+  Operands operands(21);
+  for (std::size_t na = 1; na < 70; ++na) {
+    for (std::size_t nb = 1; nb <= na; nb += 1 + operands.below(4)) {
+      expect_products(operands.any(na), operands.any(nb));
+      if (HasFatalFailure()) return;
+    }
+  }
+}
+
+// Lengths on both sides of every change of method and of every length of transform.
+TEST_P(Multiply, AroundEveryChange) {
+  Operands operands(22);
+  const Thresholds& t = target().thresholds;
+  std::vector<std::size_t> lengths = {t.even, t.uneven, t.square, kMaxColumn};
+  for (std::size_t n = 64; n < 6000; n = shape_for(n + 1).length()) {
+    ASSERT_EQ(n, shape_for(n).length());
+    lengths.push_back(n);  // n coefficients: two operands of about n limbs
+  }
+  for (const std::size_t n : lengths) {
+    for (const std::size_t na : {n - 1, n, n + 1, n + 2}) {
+      expect_products(operands.any(na), operands.any(std::min(n, na)));
+      expect_products(operands.any(na + n / 2), operands.number(n / 2));
+      if (HasFatalFailure()) return;
+    }
+  }
+}
+
+TEST_P(Multiply, UnevenOperands) {
+  Operands operands(23);
+  for (const std::size_t nb : {1u, 2u, 9u, 230u, 301u, 700u}) {
+    for (const std::size_t ratio : {3u, 7u, 8u, 9u, 23u}) {
+      for (const std::size_t na : {nb * ratio - 1, nb * ratio, nb * ratio + operands.below(99)}) {
+        if (na >= nb) expect_products(operands.any(na), operands.any(nb));
+        if (HasFatalFailure()) return;
+      }
+    }
+  }
+}
+
+// The largest coefficients and columns there are, and the longest carries.
+TEST_P(Multiply, LargestOperands) {
+  const std::size_t shapes[][2] = {{1, 1},        {2, 1},       {33, 32},        {1844, 1844},
+                                   {5000, 1844},  {4096, 4096}, {12287, 12289},  {40000, 700},
+                                   {20480, 8192}, {65537, 1},   {100001, 99999}, {262144, 262143}};
+  for (const auto& [x, y] : shapes) {
+    const std::size_t n = std::max(x, y);
+    const std::size_t m = std::min(x, y);
+    const Number a(n, kBase - 1);
+    const Number b(m, kBase - 1);
+    expect_largest(n, m, product_by(Method::kChosen, a, b));
+    if (m <= kMaxColumn) expect_largest(n, m, product_by(Method::kColumns, a, b));
+    expect_largest(n, m, product_by(Method::kTransform, a, b));
+    expect_largest(n, n, square_of(a, true));
+    Number power(m);
+    power[0] = 1;
+    Number moved(n + m);
+    std::copy(a.begin(), a.end(), moved.begin() + 1);
+    ASSERT_EQ(product_by(Method::kChosen, a, power), moved);
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST(MultiplyTargets, UnknownNameChangesNothing) {
+  const Target* before = &target();
+  EXPECT_FALSE(force_target("none"));
+  EXPECT_EQ(&target(), before);
+  EXPECT_STREQ(names().back(), "portable");
+}
+
+}  // namespace
+}  // namespace tivelo::limbs
