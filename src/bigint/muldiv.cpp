@@ -92,6 +92,7 @@ int prodc(num* dst, const num* src, int k) {
 }
 
 int prod(num* r, const num* x, const num* y) {
+  const Scratch scratch({Z2, Z3}, {r, x, y});
   const num* longer = x->len > y->len ? x : y;
   const num* shorter = longer == x ? y : x;
   const std::int8_t sign = x->sign == y->sign ? 1 : -1;
@@ -180,6 +181,7 @@ int long_division(num* q, num* r, const num* a, const num* b, bool copy_fields) 
 }  // namespace
 
 int nndiv(num* q, num* r, const num* a, const num* b) {
+  const Scratch scratch({Z7, Z8}, {q, r, a, b});
   int divisor = 0;
   if (ntoi(b, &divisor) == 0 || !has_value(b)) {
     rncopy(q, a);

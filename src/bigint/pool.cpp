@@ -1,6 +1,7 @@
 #include "bigint/pool.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "base/precision.h"
 #include "base/primes.h"
@@ -62,6 +63,34 @@ std::size_t engine_bytes(int limbs) {
   };
   return 8 * Workspace::bytes<Limb>(2 * n) + *std::ranges::max_element(calls);
 }
+
+#ifndef NDEBUG
+namespace {
+
+void fill_with_junk(num* a) {
+  constexpr int kJunkLimbs = 5;
+  std::ranges::fill(places(a, kJunkLimbs), Limb{77777777});
+  a->len = kJunkLimbs;
+  a->sign = -1;
+  a->rem = a->rdiv = a->shift = a->dden = a->dec = a->imag = 77777;
+}
+
+}  // namespace
+
+Scratch::Scratch(std::initializer_list<num*> owned, std::initializer_list<const num*> operands)
+    : count_(owned.size()) {
+  assert(count_ <= std::size(owned_));
+  std::ranges::copy(owned, owned_);
+  for (num* scratch : owned) {
+    assert(std::ranges::find(operands, scratch) == operands.end());
+    fill_with_junk(scratch);
+  }
+}
+
+Scratch::~Scratch() {
+  for (std::size_t i = 0; i < count_; ++i) fill_with_junk(owned_[i]);
+}
+#endif
 
 void attach_pool(Limb* block, Workspace workspace) {
   const auto take = [&block] {

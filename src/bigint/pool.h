@@ -4,7 +4,6 @@
 // Who owns which register during a call (no operation may be given, as operand or result, a
 // register that it or anything it calls owns):
 //
-//   Z1              nsum, for quotients
 //   Z2, Z3          prod; nprint between products
 //   Z4, Z5, Z6      nreduct (Z4 also nreducti); nprint uses Z4
 //   Z7, Z8          nndiv
@@ -14,6 +13,8 @@
 //   Fc, Fm          the command "F.": its operand
 //   Jc, Jm          the command "I.": the value typed
 #pragma once
+
+#include <initializer_list>
 
 #include "bigint/num.h"
 #include "limbs/workspace.h"
@@ -42,6 +43,23 @@ extern Workspace engine;
 // numbers of `limbs` limbs.
 std::size_t pool_limbs(int limbs);
 std::size_t engine_bytes(int limbs);
+
+// Marks registers as an operation's own while it runs. In a debug build they are filled with junk
+// on entry and exit, so that nobody can rely on what they hold, and an operand among them is an
+// assertion; in a release build nothing happens.
+class Scratch {
+ public:
+#ifdef NDEBUG
+  Scratch(std::initializer_list<num*>, std::initializer_list<const num*>) {}
+#else
+  Scratch(std::initializer_list<num*> owned, std::initializer_list<const num*> operands);
+  ~Scratch();
+
+ private:
+  num* owned_[3];
+  std::size_t count_;
+#endif
+};
 
 // Attaches every record to its IS limbs in `block` (pool_limbs(IS) limbs, zeroed), names the
 // registers and clears the ones that are read before they are written.

@@ -96,11 +96,7 @@ int decimal_term(numf* f) {
     if (status < 0) return status;
   }
   if (is_one(f->m)) return 0;
-  const std::int8_t sign = c->sign;
-  nndiv(Z1, nullptr, c, f->m);
-  rncopy(c, Z1);
-  c->sign = sign;
-  c->dec = FF;
+  nndiv(c, nullptr, c, f->m);
   return 0;
 }
 
@@ -195,6 +191,7 @@ int decimal_quotient(numf* r, const numf* x, const numf* y) {
 }  // namespace
 
 int nsum(numf* r, numf* x, numf* y) {
+  const Scratch scratch({Kc, Km}, {r->c, r->m, x->c, x->m, y->c, y->m});
   if (x->m->len <= 1 && y->m->len <= 1) {
     const int g = gcm(static_cast<int>(units(x->m)), static_cast<int>(units(y->m)));
     if (low_limb(x->m) / g * low_limb(y->m) <= kDenominatorBound) return exact_sum(r, x, y, g);
@@ -203,6 +200,7 @@ int nsum(numf* r, numf* x, numf* y) {
 }
 
 int nprod(numf* r, numf* x, numf* y) {
+  const Scratch scratch({Kc, Km}, {r->c, r->m, x->c, x->m, y->c, y->m});
   if (x->c->dec == FF && y->c->dec == FF) return decimal_product(r, x, y);
   const Undo undo(r, x, y);
   const numf* p = y->c->dec > x->c->dec ? y : x;
@@ -221,6 +219,7 @@ int nprod(numf* r, numf* x, numf* y) {
 }
 
 int ndiv(numf* r, numf* x, numf* y) {
+  const Scratch scratch({Kc, Km}, {r->c, r->m, x->c, x->m, y->c, y->m});
   if (!has_value(y->c)) return quotient_of_zero_divisor(r);
   if (x->c->dec == FF || y->c->dec == FF) return decimal_quotient(r, x, y);
   const Undo undo(r, x, y);

@@ -10,7 +10,7 @@
 namespace tivelo {
 
 // r = x + y; r may be x. Returns 0 after the exact path (reduced), 2 after the decimal path (not
-// reduced), -6 when the sum does not fit. Owns Z1, and Kc/Km for the refusal.
+// reduced), -6 when the sum does not fit. Owns Kc and Km.
 int nsum(numf* r, numf* x, numf* y);
 
 // r = x * y, not reduced; r may be x. A zero product is 0/1, and so is one with a zero denominator.

@@ -179,6 +179,7 @@ int reduce_decimal(num* a, num* b) {
 }  // namespace
 
 int nreduct(num* a, num* b) {
+  const Scratch scratch({Z4, Z5, Z6}, {a, b});
   if (a->dec == FF && b->dec == 0) return reduce_decimal(a, b);
   if (a->len == 1 && b->len == 1) {
     if (units(b) == 0) return 0;
@@ -207,6 +208,7 @@ int nreduct(num* a, num* b) {
 }
 
 int nreducti(num* a, int* x) {
+  const Scratch scratch({Z4}, {a});
   rncopy(Z4, a);
   div(Z4, *x);
   if (*x == 1 || Z4->rem == 0) {

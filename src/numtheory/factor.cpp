@@ -65,6 +65,7 @@ char* append_cofactor(char* out, const num* m, num* trial) {
 }  // namespace
 
 int fprime(const num* n, char* out, num** regs) {
+  const Scratch scratch({regs[2], regs[3]}, {n});
   *out = '\0';
   if (n->len > IS - 5) {
     explain("a number of %d limbs is too long to factorise, at most %d are taken", n->len, IS - 5);

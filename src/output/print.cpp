@@ -186,6 +186,7 @@ void print_cell(int v, int k) {
 }  // namespace
 
 int nprint(const char* name, char* out, int digits, Out* file) {
+  const Scratch scratch({Z2, Z3, Z4}, {});
   const int v = name[0] - 'A';
   if (name[1] >= '0' && name[1] <= '9') {
     print_cell(v, name[1] - '0');
