@@ -196,7 +196,8 @@ int eclean(char* line) {
         line[kept] = '\0';
         return kept + 1;
       case Keep::reject:
-        explain("column %d: a character that no line has", i + 1);
+        explain(c > ' ' && c < 127 ? "column %d: '%c' is not accepted" : "column %d: not accepted",
+                i + 1, c);
         reject(line);
         return kept + 1;
     }
