@@ -148,8 +148,9 @@ void set_remainder(num* r, const num* a, ConstLimbs rest) {
   }
 }
 
-// Limbs of the quotient as estimated from the top limbs, which is one more than the true number
-// where these are equal and the dividend is the smaller below them.
+// Limbs of the quotient as estimated from the top limbs. That is one more than the true number
+// where these are equal and the dividend is the smaller below them, or where the dividend has
+// leading zero limbs; these stay in the quotient.
 int quotient_length(ConstLimbs a, ConstLimbs b) {
   const int difference = static_cast<int>(a.size()) - static_cast<int>(b.size());
   return !a.empty() && a[0] >= b[0] ? difference + 1 : difference;
@@ -158,12 +159,13 @@ int quotient_length(ConstLimbs a, ConstLimbs b) {
 int long_division(num* q, num* r, const num* a, const num* b, bool copy_fields) {
   const ConstLimbs dividend = magnitude(a);
   const ConstLimbs divisor = magnitude(b);
-  const int length = quotient_length(dividend, divisor);
-  if (length <= 0) {
+  const int length =
+      std::max(quotient_length(dividend, divisor), quotient_length(in_use(a), in_use(b)));
+  if (dividend.size() < divisor.size() || length <= 0) {
     set_remainder(r, a, dividend);
     if (copy_fields) rncopy(q, a);
-    q->len = 0;
-    units(q) = 0;
+    q->len = copy_fields ? 0 : std::max(length, 0);
+    std::ranges::fill(places(q, std::max(q->len, 1)), Limb{0});
     return length < 0 || copy_fields ? 0 : 1;
   }
   Workspace ws = engine;
@@ -172,7 +174,10 @@ int long_division(num* q, num* r, const num* a, const num* b, bool copy_fields) 
   limbs::divide(quotient, rest, dividend, divisor, ws);
   set_remainder(r, a, limbs::strip(rest));
   if (copy_fields) rncopy(q, a);
-  set_limbs(q, quotient.last(static_cast<std::size_t>(length)));
+  q->len = length;
+  std::ranges::fill(in_use(q), Limb{0});
+  const std::size_t kept = std::min(quotient.size(), static_cast<std::size_t>(length));
+  std::ranges::copy(quotient.last(kept), in_use(q).last(kept).begin());
   if (!copy_fields) return 1;
   trim(q, q->len);
   return 0;

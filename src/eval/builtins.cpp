@@ -92,7 +92,7 @@ int eval_logarithm(Argument& argument, numf* target, int) {
 // An integer of the second operand of ATAN, or `otherwise` when it does not fit.
 long long machine_value(const num* a, int otherwise, bool report) {
   int value = otherwise;
-  if (ntoi(a, &value) != 0 && report) {
+  if ((a->dec == FF || ntoi(a, &value) != 0) && report) {
     explain("second part of the angle does not fit a machine integer; taken as 0");
     err(kMisfit);
   }
