@@ -110,7 +110,9 @@ void integer_power(num* result, const num* base, long long n) {
   std::ranges::copy(power, in_use(result).begin());
 }
 
-bool same_magnitude(const num* a, const num* b) { return std::ranges::equal(in_use(a), in_use(b)); }
+bool same_magnitude(const num* a, const num* b) {
+  return a->dec == b->dec && std::ranges::equal(in_use(a), in_use(b));
+}
 
 // n products, ended early by one that changes nothing (zero, one, or a refusal): all later ones
 // would do the same.
