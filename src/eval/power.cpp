@@ -165,7 +165,7 @@ int apply_power(Level& level, numf* operand, int position) {
       stepwise_power(operand, base, n);
     }
   }
-  if (negative && has_value(operand->c)) operand->c->sign = -1;
+  if (negative) operand->c->sign = -1;
   return position + count;
 }
 
