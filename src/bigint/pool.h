@@ -10,7 +10,7 @@
 //   Zc/Zm d..d+2    calc at register depth d: factor, term, auxiliary
 //   Ze, Zx          the evaluator's operators: a value that they still need
 //   Kc, Km          nsum, nprod, ndiv: the result's value before, for a refusal
-//   Fc, Fm          the command "F.": its operand
+//   Fc, Fm          the command "F.": its operand; "I.": the current result meanwhile
 //   Jc, Jm          the command "I.": the value typed
 #pragma once
 

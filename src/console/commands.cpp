@@ -68,7 +68,12 @@ Flow scale(Run&, const char** at) {
 void store_input(const char* line, int v, int k) {
   numf value(Jc, Jm);
   set_line_in_hand(line);
+  // The registers of depth 0 begin with the current result, which a typed value must not disturb.
+  rncopy(Fc, Cn.c);
+  rncopy(Fm, Cn.m);
   calc(line, &value, 0);
+  rncopy(Cn.c, Fc);
+  rncopy(Cn.m, Fm);
   if (k < 0) {
     rncopy(Mc[v], value.c);
     rncopy(Mm[v], value.m);

@@ -65,7 +65,7 @@ void store_cell(const Target& target) {
   if (!cell_is_free(target.variable, target.cell)) {
     explain("%c has no free cell %d; nothing stored", 'A' + target.variable, target.cell);
     err(kMisfit);
-  } else if (Cn.c->len > NN) {
+  } else if (Cn.c->len > NN && has_value(Cn.c)) {
     explain("a result of %d limbs, a cell holds %d; the cell keeps its words", Cn.c->len, NN);
     put(*console, "_ovf_");
   } else {

@@ -20,13 +20,6 @@ constexpr int kSavedBytes = 9 * (kVariables * 12 + 1);
 
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
-// A cell whose words the value of its variable covers has none of its own; it is saved as 0.
-std::int32_t saved_word(int v, int k, bool& covered) {
-  if (cell_is_free(v, k)) return read_cell(v, k).low;
-  covered = true;
-  return 0;
-}
-
 struct Field {
   long long value = 0;  // all its digits, saturated above INT_MAX
   int scale = 0;        // minus the power of ten of the digits behind the point; 0 without one
@@ -66,18 +59,14 @@ bool store_field(const Field& field, int column, int row) {
 int csv_save(const char* name, const char* range) {
   char text[kSavedBytes] = {};
   int size = 0;
-  bool covered = false;
   for (int row = 1; row <= range[1] - '0'; ++row) {
     for (int v = 0; v <= range[0] - 'A'; ++v)
-      size += std::snprintf(text + size, 13, "%d,", saved_word(v, row, covered));
+      size += std::snprintf(text + size, 13, "%d,", read_cell(v, row).low);
     text[size++] = '\n';
   }
   if (!write_text(name, text, static_cast<std::size_t>(size))) {
     explain("%.200s: cannot be written", name);
     put(*console, "file_protected\n");
-  } else if (covered) {
-    explain("the value of a variable covers one of its cells; saved as 0");
-    err(kMisfit);
   }
   return 0;
 }

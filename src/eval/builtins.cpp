@@ -12,6 +12,7 @@
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
+#include "bigint/pool.h"
 #include "bigint/text.h"
 #include "eval/calc.h"
 #include "fraction/arith.h"
@@ -89,10 +90,11 @@ int eval_logarithm(Argument& argument, numf* target, int) {
   return 0;
 }
 
-// An integer of the second operand of ATAN, or `otherwise` when it does not fit.
+// An integer of the second operand of ATAN, or `otherwise` when it does not fit. No decimal does,
+// whatever its limbs would read as without the point.
 long long machine_value(const num* a, int otherwise, bool report) {
   int value = otherwise;
-  if ((a->dec == FF || ntoi(a, &value) != 0) && report) {
+  if ((a->dec != 0 || ntoi(a, &value) != 0) && report) {
     explain("second part of the angle does not fit a machine integer; taken as 0");
     err(kMisfit);
   }
@@ -163,16 +165,22 @@ bool starts_with(const char* text, const char* name) {
   return std::strncmp(text, name, std::strlen(name)) == 0;
 }
 
-// The value of a bracket in decimal mode as a double: the integer limbs and the first one after the
-// point, which has eight places.
+// The value of a bracket in decimal mode as a double: its integer limb and the eight places behind
+// it, or for a wider one the whole value.
 double decimal_magnitude(const num* c) {
-  const int below = FF - 1;
-  double value = 0;
-  for (int i = c->len; i > below; --i) {
-    const double limb = c->limbs[c->end - i];
-    value = i == FF ? value + limb * 1e-8 : value * kBase + limb;
+  constexpr int kNarrow = FF + 1;
+  if (c->len <= kNarrow) {
+    const double integer = c->len == kNarrow ? c->limbs[c->end - kNarrow] : 0;
+    return integer + (c->len >= FF ? c->limbs[c->end - FF] : 0) * 1e-8;
   }
-  return value;
+  // Beyond this many limbs a number exceeds every double.
+  constexpr int kMostLimbs = 45;
+  if (magnitude(c).size() > kMostLimbs) return HUGE_VAL;
+  char text[(kMostLimbs + 1) * kLimbDigits];
+  rncopy(Ze, c);
+  trim(Ze, Ze->len - kNarrow);
+  ntoc(Ze, text);
+  return std::strtod(text, nullptr);
 }
 
 // argument: [ '.' ] ( '(' expression | digits )

@@ -110,7 +110,9 @@ void integer_power(num* result, const num* base, long long n) {
   std::ranges::copy(power, in_use(result).begin());
 }
 
-bool same_magnitude(const num* a, const num* b) { return std::ranges::equal(in_use(a), in_use(b)); }
+bool same_magnitude(const num* a, const num* b) {
+  return a->dec == b->dec && std::ranges::equal(in_use(a), in_use(b));
+}
 
 // n products, ended early by one that changes nothing (zero, one, or a refusal): all later ones
 // would do the same.
@@ -163,7 +165,7 @@ int apply_power(Level& level, numf* operand, int position) {
       stepwise_power(operand, base, n);
     }
   }
-  if (negative && has_value(operand->c)) operand->c->sign = -1;
+  if (negative) operand->c->sign = -1;
   return position + count;
 }
 

@@ -122,7 +122,7 @@ int decimal_product(numf* r, numf* x, numf* y) {
 // Gives r, whose numerator is the product of the numerators, the denominator p x q, or decimal mode
 // when that is too large. Returns nfloat's status.
 int set_product_denominator(numf* r, const num* p, const num* q, bool q_is_used) {
-  const bool one_limb = p->len < 2 && (q_is_used || q->len < 2);
+  const bool one_limb = magnitude(p).size() < 2 && (q_is_used || magnitude(q).size() < 2);
   const std::int64_t product = low_limb(p) * (q_is_used ? 1 : low_limb(q));
   if (one_limb && product < kDenominatorBound) {
     set_one_limb(r->m, static_cast<Limb>(product));

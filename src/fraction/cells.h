@@ -21,8 +21,10 @@ struct Cell {
 // Does variable v (0 to 25) have a cell k that its own value leaves free?
 [[nodiscard]] bool cell_is_free(int v, int k);
 
-// The words of a cell for which cell_is_free() holds.
+// The words of cell k, which are limbs of the value where that covers them.
 Cell read_cell(int v, int k);
+
+// Stores the words of a cell for which cell_is_free() holds.
 void write_cell(int v, int k, const Cell& cell);
 
 // The words that hold `value`, whose numerator has at most NN limbs. Zero is three zero words.

@@ -4,7 +4,6 @@
 
 #include "base/precision.h"
 #include "base/report.h"
-#include "base/status.h"
 #include "bigint/muldiv.h"
 #include "bigint/pool.h"
 #include "bigint/text.h"
@@ -148,21 +147,21 @@ void print_variable(int v, char* scratch, int digits, Out& to) {
   }
 }
 
+// The words as they are: under a long value they are its limbs.
 void print_cell(int v, int k) {
-  if (!cell_is_free(v, k)) {
-    explain("the value of %c covers its cell %d; taken as 0", 'A' + v, k);
-    err(kMisfit);
-    put(*console, "0\n");
-    return;
-  }
   const Cell cell = read_cell(v, k);
+  const long long top = cell.top;
+  long long middle = cell.middle;
   long long low = cell.low;
   if (low < 0) {
     put(*console, "-");
     low = -low;
   }
-  const long long top = cell.top;
-  const long long middle = cell.middle;
+  if (middle != 0 && low >= kBase) {
+    // A loaded word of nine or ten digits carries into the middle one.
+    middle += middle > 0 ? low / kBase : -(low / kBase);
+    low %= kBase;
+  }
   if (top < 0) {
     if (middle > 0) {
       print(*console, "%lld%08lld", middle, low);
