@@ -227,7 +227,8 @@ void start_block(Run& run) {
   const char* count = run.line + 1;
   run.repeat_count = 0;
   if (count[0] == '.' && is_capital(count[1])) {
-    (void)ntoi(Mc[count[1] - 'A'], &run.repeat_count);  // what does not fit counts as 0
+    if (ntoi(Mc[count[1] - 'A'], &run.repeat_count) < 0)
+      explain("the numerator of %c is no count; the block runs once", count[1]);
   } else {
     run.repeat_count = std::max(read_repeat_count(count), 1);
   }
