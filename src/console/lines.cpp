@@ -159,19 +159,17 @@ int cgets(char* dst, const char* src) {
   }
   int n = 0;
   while (!is_control(src[n])) ++n;
-  if (n < line_room()) {
-    std::memcpy(dst, src, static_cast<std::size_t>(n));
-    dst[n] = '\0';
-  } else {
-    reject(dst);
-  }
+  const int kept = std::min(n, line_room());
+  std::memcpy(dst, src, static_cast<std::size_t>(kept));
+  if (kept < line_room()) dst[kept] = '\0';
   return n + 1;
 }
 
 int eclean(char* line) {
   int kept = 0;
   int depth = 0;
-  for (int i = 0; i < IS * kLimbDigits; ++i) {
+  const int room = line_room();
+  for (int i = 0; i < room; ++i) {
     const char c = line[i];
     switch (classify(c)) {
       case Keep::as_is:
@@ -182,7 +180,7 @@ int eclean(char* line) {
         line[kept++] = static_cast<char>(c - 'a' + 'A');
         break;
       case Keep::rest:
-        for (; line[i] != '\0'; ++i) line[kept++] = line[i];
+        for (; i < room && line[i] != '\0'; ++i) line[kept++] = line[i];
         --i;
         break;
       case Keep::drop:
@@ -202,6 +200,8 @@ int eclean(char* line) {
         return kept + 1;
     }
   }
+  explain("a line of more than %d characters", room - 1);
+  reject(line);
   return 0;
 }
 
@@ -228,7 +228,8 @@ void start_block(Run& run) {
   const char* count = run.line + 1;
   run.repeat_count = 0;
   if (count[0] == '.' && is_capital(count[1])) {
-    (void)ntoi(Mc[count[1] - 'A'], &run.repeat_count);  // what does not fit counts as 0
+    if (ntoi(Mc[count[1] - 'A'], &run.repeat_count) < 0)
+      explain("the numerator of %c is no count; the block runs once", count[1]);
   } else {
     run.repeat_count = std::max(read_repeat_count(count), 1);
   }

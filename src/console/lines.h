@@ -11,14 +11,15 @@ namespace tivelo {
 char* getsn(char* buf, int n);
 
 // Takes one line into dst, which has room for ISS x 8 bytes. With src: copies up to the first
-// control character and returns the characters to advance src by; a line that does not fit becomes
-// ";". Without: prompts, reads a typed line and returns 0, or -1 at the end of the input.
+// control character and returns the characters to advance src by; a line that does not fit fills
+// dst and has no end there, so that cleaning rejects it unless a comment ends it before. Without:
+// prompts, reads a typed line and returns 0, or -1 at the end of the input.
 int cgets(char* dst, const char* src);
 
 // Cleans a line in place: capitals, no blanks, nothing from ';' on; kept as typed behind the first
-// ':'. A character that no line has, or '(' without ')', make it ";". Returns the length with the
-// terminating zero; 2 for brackets; the length kept before a bad character and 1; 0 when there is
-// no end within IS x 8 characters.
+// ':'. A character that no line has, '(' without ')', or no end within ISS x 8 characters make it
+// ";". Returns the length with the terminating zero; 2 for brackets; the length kept before a bad
+// character and 1; 0 without an end.
 int eclean(char* line);
 
 // Makes run.line the next line to look at. Flow::next with a line, fall_on when the pass is over
