@@ -103,7 +103,7 @@ inline void add_multiple(Places& s, Vec v, const Vec* limbs, int count, const Mo
   }
 }
 
-// The residues (at most 12) still carry the factor that scale1 to scale3 take away.
+// The residues (at most 50) still carry the factor that scale1 to scale3 take away.
 inline Places reconstruct(Vec x1, Vec x2, Vec x3, const CrtConstants& c) {
   const Vec v1 = multiply_mod(x1, c.scale1, c.m1);
   const Vec u2 = sub(multiply_mod(x2, c.scale2, c.m2), v1);

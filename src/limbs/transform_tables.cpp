@@ -50,13 +50,14 @@ void build(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
 
   t.p = static_cast<double>(p);
   t.p_inverse = 1 / t.p;
+  double* const forward[] = {t.twiddle, t.twiddle_even, t.twiddle_quad};
+  double* const inverse[] = {t.inverse, t.inverse_even, t.inverse_quad};
   for (std::size_t b = 0; b < kTwiddles; ++b) {
-    const std::uint64_t w = root_product(f, z, b, 2);
-    const std::uint64_t e = root_product(f, z, 2 * b, 2);
-    t.twiddle[b] = f.balanced(w);
-    t.twiddle_even[b] = f.balanced(e);
-    t.inverse[b] = f.balanced(f.invert(w));
-    t.inverse_even[b] = f.balanced(f.invert(e));
+    for (std::size_t i = 0; i < 3; ++i) {
+      const std::uint64_t w = root_product(f, z, b << i, 2);
+      forward[i][b] = f.balanced(w);
+      inverse[i][b] = f.balanced(f.invert(w));
+    }
   }
   std::uint64_t half_power = 1;
   for (int j = 0; j < kChain; ++j) {

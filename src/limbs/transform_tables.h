@@ -21,8 +21,8 @@ inline constexpr std::uint64_t kRoot[kPrimes] = {6227336199684, 1844843139904, 7
 // 4 m 10^32 < p1 p2 p3 (see crt_core.h).
 inline constexpr int kMaxTransform = 24;
 
-// Twiddles that a leaf of the recursion can ask for: blocks of at least 4 elements in 2^12.
-inline constexpr std::size_t kTwiddles = 1024;
+// Twiddles that a leaf of the recursion can ask for: blocks of at least 4 elements in 2^11.
+inline constexpr std::size_t kTwiddles = 512;
 // Entries of a chain of roots: v, v^(1/2), v^(1/4), ...; padded for whole vectors.
 inline constexpr int kChain = 32;
 
@@ -32,8 +32,10 @@ struct alignas(64) PrimeTables {
   // over the bits i set in b. So twiddle[2b]^2 = twiddle[b], twiddle[2b+1] = z(2) twiddle[2b].
   double twiddle[kTwiddles];
   double twiddle_even[kTwiddles];  // twiddle[2b]
+  double twiddle_quad[kTwiddles];  // twiddle[4b]
   double inverse[kTwiddles];       // 1 / twiddle[b]
   double inverse_even[kTwiddles];
+  double inverse_quad[kTwiddles];
   // chain[c][j] = c'th root^(1/2^j), roots in the order 1, -1, i, -i, w, -w, iw, -iw; i = z(2),
   // w = z(3).
   double chain[8][kChain];

@@ -84,8 +84,8 @@ void split_top(double* x, const Operand& a, std::size_t h, const Prime& f) {
 }
 
 // The part beyond y^4 - 1 on the way back: from four times the product modulo y^4 - 1 in s (at most
-// 2.1) and the reduced values y[4..U-1], eight times its quotient by y^4 - 1 in g[0..U-5], at
-// most 6.
+// 12) and the values y[4..U-1] (at most 3), eight times its quotient by y^4 - 1 in g[0..U-5], at
+// most 25.5; what is multiplied on the way stays within 51.
 template <int U>
 inline void quotient_top(Vec* g, const Vec* s, const Vec* y, const TopRoots& z, Vec inverse_w,
                          const Modulus& m) {
@@ -124,7 +124,7 @@ inline void difference_top(Vec* d, const Vec* y, const TopRoots& v, Vec inverse_
   d[3] = multiply_mod(sub(e1, e3), v.i, m);
 }
 
-// Undoes split_top up to a factor 8. Input up to 12, output at most 10.
+// Undoes split_top up to a factor 8. Input up to 3, output at most 50.
 template <int U>
 void join_top(double* x, std::size_t h, const Prime& f) {
   const Modulus m = f.m;
@@ -134,7 +134,7 @@ void join_top(double* x, std::size_t h, const Prime& f) {
   const Vec inverse_iw = all(f.t->inverse_chain[6][0]);
   for (std::size_t c = 0; c < h; c += W) {
     Vec y[8];
-    for (std::size_t j = 0; j < U; ++j) y[j] = reduce(load(x + j * h + c), m);
+    for (std::size_t j = 0; j < U; ++j) y[j] = load(x + j * h + c);
     const Vec e0 = add(y[0], y[1]);
     const Vec e1 = sub(y[0], y[1]);
     const Vec e2 = add(y[2], y[3]);
