@@ -8,12 +8,8 @@
 template <int U, Mode kMode>
 void convolve_shape(double* x, double* y, Shape s, const Prime& f) {
   const std::size_t h = std::size_t{1} << s.k;
-  Chain chain;
-  Chain one;
-  for (std::size_t j = 0; j < kChain; ++j) one.root[j] = one.inverse[j] = 1;
   for (std::size_t c = 0; c < static_cast<std::size_t>(U); ++c) {
-    child_chain(chain, one, 0, c, s.k, f);
-    convolve<kMode>(x + c * h, y + c * h, s.k, chain, f);
+    convolve<kMode>(x + c * h, y + c * h, s.k, f.t->chain[c], f);
   }
 }
 

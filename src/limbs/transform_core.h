@@ -3,7 +3,7 @@
 //
 // A polynomial of n coefficients is split by x^2h - v^2 = (x^h - v)(x^h + v), depth first, until
 // pieces modulo x^2 - w remain; those are multiplied as they are and the splits undone. Which root
-// belongs to a piece follows from its place (see twiddle[] in transform_tables.h), so a node only
+// belongs to a piece follows from its place (see t(b) in transform_tables.h), so a node only
 // carries its v and a chain of square roots of it. Values are integers held in doubles, reduced
 // lazily: with p < 2^44 every value stays within 64 p < 2^50 in magnitude, and multiply_mod()
 // returns |r| <= 3/4 p for |x| <= 64 p and |w| <= 0.51 p (its error term is 64 x 0.51 p 1.5 x 2^-52
@@ -13,12 +13,6 @@
 struct Modulus {
   Vec p;
   Vec inverse;
-};
-
-// v^(1/2^j) and the inverses of that, for the v of one node.
-struct alignas(64) Chain {
-  double root[kChain + 8];
-  double inverse[kChain + 8];
 };
 
 struct Prime {
@@ -43,11 +37,12 @@ inline Prime make_prime(const PrimeTables& t) { return {&t, {all(t.p), all(t.p_i
 // The chain of a child: its v is the c'th root (see chain[] in the tables) times v^(1/2^skip).
 void child_chain(Chain& child, const Chain& parent, std::size_t skip, std::size_t c, int k,
                  const Prime& f) {
+  const Chain& factor = f.t->chain[c];
   for (std::size_t j = 0; j < static_cast<std::size_t>(k) + 2; j += W) {
     store(child.root + j,
-          multiply_mod(load_unaligned(parent.root + j + skip), load(f.t->chain[c] + j), f.m));
-    store(child.inverse + j, multiply_mod(load_unaligned(parent.inverse + j + skip),
-                                          load(f.t->inverse_chain[c] + j), f.m));
+          multiply_mod(load_unaligned(parent.root + j + skip), load(factor.root + j), f.m));
+    store(child.inverse + j,
+          multiply_mod(load_unaligned(parent.inverse + j + skip), load(factor.inverse + j), f.m));
   }
 }
 
@@ -137,6 +132,8 @@ enum class Mode { kProduct, kSquare, kPrepared, kForward };
 
 constexpr int kLogW = W == 8 ? 3 : 2;
 constexpr int kLeaf = 11;  // two leaves of 2^11 doubles share the first-level cache
+static_assert(kBaseBlocks >= (std::size_t{1} << kLeaf) / W, "blocks at the base of a leaf");
+static_assert(kPassBlocks >= (std::size_t{1} << kLeaf) / (8 * W), "blocks in its last pass");
 
 // The products of two pairs modulo y^2 - w. a up to 64, result up to 1.5.
 inline void multiply_pair(Vec& a0, Vec& a1, Vec b0, Vec b1, Vec w, const Modulus& m) {
@@ -165,15 +162,15 @@ struct BaseTwiddles {
 inline BaseTwiddles base_twiddles(std::size_t b, int level, const Chain& r, const Prime& f) {
   BaseTwiddles w;
   if constexpr (W == 8) {
-    w.w2 = multiply_mod(load(f.t->twiddle_even + b), all(r.root[level + 2]), f.m);
-    w.v2 = multiply_mod(load(f.t->inverse_even + b), all(r.inverse[level + 2]), f.m);
+    w.w2 = multiply_mod(load(f.t->base_even + b), all(r.root[level + 2]), f.m);
+    w.v2 = multiply_mod(load(f.t->inverse_base_even + b), all(r.inverse[level + 2]), f.m);
     w.w1 = multiply_mod(w.w2, w.w2, f.m);
     w.v1 = multiply_mod(w.v2, w.v2, f.m);
-    w.w3 = multiply_mod(w.w2, all(f.t->twiddle[1]), f.m);
-    w.v3 = multiply_mod(w.v2, all(f.t->inverse[1]), f.m);
+    w.w3 = multiply_mod(w.w2, all(f.t->base[1]), f.m);
+    w.v3 = multiply_mod(w.v2, all(f.t->inverse_base[1]), f.m);
   } else {
-    w.w1 = multiply_mod(load(f.t->twiddle + b), all(r.root[level + 1]), f.m);
-    w.v1 = multiply_mod(load(f.t->inverse + b), all(r.inverse[level + 1]), f.m);
+    w.w1 = multiply_mod(load(f.t->base + b), all(r.root[level + 1]), f.m);
+    w.v1 = multiply_mod(load(f.t->inverse_base + b), all(r.inverse[level + 1]), f.m);
   }
   return w;
 }
@@ -238,41 +235,18 @@ void base_products(double* a, double* b, std::size_t n, int level, const Chain& 
   }
 }
 
-// Twiddles of the blocks of one pass inside a leaf, seven to a block of a three-level pass and
-// three to one of a two-level pass.
+// Twiddles of the blocks of one pass, seven to a block in the order of pass[] in the tables.
 struct alignas(64) PassTwiddles {
-  static constexpr std::size_t kMost = (std::size_t{1} << kLeaf) / (4 * W) + W;
-  double w[7][kMost];
+  double w[kPassBlocks][8];
 };
 
-// The tables and the chain of one direction.
-struct Direction {
-  const double* twiddle;
-  const double* twiddle_even;
-  const double* twiddle_quad;
-  const double* root;
-};
-
-inline Direction forward_direction(const PrimeTables& t, const Chain& r) {
-  return {t.twiddle, t.twiddle_even, t.twiddle_quad, r.root};
-}
-
-inline Direction inverse_direction(const PrimeTables& t, const Chain& r) {
-  return {t.inverse, t.inverse_even, t.inverse_quad, r.inverse};
-}
-
-void pass_twiddles(PassTwiddles& w, const Direction& d, int level, int levels, const Modulus& m) {
-  const Vec i = all(d.twiddle[1]);
-  for (std::size_t b = 0; b < std::size_t{1} << level; b += W) {
-    const Vec w2 = multiply_mod(load(d.twiddle_even + b), all(d.root[level + 2]), m);
-    store(w.w[0] + b, multiply_mod(load(d.twiddle + b), all(d.root[level + 1]), m));
-    store(w.w[1] + b, w2);
-    store(w.w[2] + b, multiply_mod(w2, i, m));
-    if (levels == 2) continue;
-    const Vec w4 = multiply_mod(load(d.twiddle_quad + b), all(d.root[level + 3]), m);
-    store(w.w[3] + b, w4);
-    for (std::size_t c = 1; c < 4; ++c) {
-      store(w.w[3 + c] + b, multiply_mod(w4, all(d.twiddle[c]), m));
+void pass_twiddles(PassTwiddles& p, const double (*table)[8], const double* root, int level,
+                   const Modulus& m) {
+  const double* r = root + level + 1;
+  alignas(64) const double roots[8] = {r[0], r[1], r[1], r[2], r[2], r[2], r[2], 0};
+  for (std::size_t b = 0; b < std::size_t{1} << level; ++b) {
+    for (std::size_t i = 0; i < 8; i += W) {
+      store(p.w[b] + i, multiply_mod(load(table[b] + i), load(roots + i), m));
     }
   }
 }
@@ -282,7 +256,7 @@ template <int kLevels>
 struct BlockTwiddles {
   Vec w[7];
   BlockTwiddles(const PassTwiddles& p, std::size_t b) {
-    for (int i = 0; i < (1 << kLevels) - 1; ++i) w[i] = all(p.w[i][b]);
+    for (int i = 0; i < (1 << kLevels) - 1; ++i) w[i] = all(p.w[b][i]);
   }
   void forward(double* x, std::size_t q, const Modulus& m) const {
     if constexpr (kLevels == 3) {
@@ -304,7 +278,7 @@ struct BlockTwiddles {
 template <int kLevels, Mode kMode>
 void forward_pass(double* a, double* b, std::size_t n, int level, const Chain& r, const Prime& f) {
   PassTwiddles p;
-  pass_twiddles(p, forward_direction(*f.t, r), level, kLevels, f.m);
+  pass_twiddles(p, f.t->pass, r.root, level, f.m);
   const std::size_t size = n >> level;
   for (std::size_t i = 0; i < std::size_t{1} << level; ++i) {
     const BlockTwiddles<kLevels> w(p, i);
@@ -316,7 +290,7 @@ void forward_pass(double* a, double* b, std::size_t n, int level, const Chain& r
 template <int kLevels>
 void inverse_pass(double* a, std::size_t n, int level, const Chain& r, const Prime& f) {
   PassTwiddles p;
-  pass_twiddles(p, inverse_direction(*f.t, r), level, kLevels, f.m);
+  pass_twiddles(p, f.t->inverse_pass, r.inverse, level, f.m);
   const std::size_t size = n >> level;
   for (std::size_t i = 0; i < std::size_t{1} << level; ++i) {
     BlockTwiddles<kLevels>(p, i).inverse(a + size * i, size >> kLevels, f.m);

@@ -38,8 +38,8 @@ struct TopRoots {
 };
 
 inline TopRoots top_roots(const Prime& f) {
-  const Vec i = all(f.t->chain[2][0]);
-  return {i, all(f.t->chain[4][0]), all(f.t->chain[6][0]),
+  const Vec i = all(f.t->chain[2].root[0]);
+  return {i, all(f.t->chain[4].root[0]), all(f.t->chain[6].root[0]),
           multiply_mod(i, all(f.t->halves[1]), f.m)};
 }
 
@@ -163,9 +163,9 @@ template <int U>
 void join_top(double* x, std::size_t h, const Prime& f) {
   const Modulus m = f.m;
   const TopRoots z = top_roots(f);
-  const TopRoots v = {all(f.t->inverse_chain[2][0]), all(0), all(0), all(0)};
-  const Vec inverse_w = all(f.t->inverse_chain[4][0]);
-  const Vec inverse_iw = all(f.t->inverse_chain[6][0]);
+  const TopRoots v = {all(f.t->chain[2].inverse[0]), all(0), all(0), all(0)};
+  const Vec inverse_w = all(f.t->chain[4].inverse[0]);
+  const Vec inverse_iw = all(f.t->chain[6].inverse[0]);
   for (std::size_t c = 0; c < h; c += W) {
     Vec y[8];
     for (std::size_t j = 0; j < U; ++j) y[j] = load(x + j * h + c);
