@@ -242,11 +242,11 @@ struct alignas(64) PassTwiddles {
 
 void pass_twiddles(PassTwiddles& p, const double (*table)[8], const double* root, int level,
                    const Modulus& m) {
-  const double* r = root + level + 1;
-  alignas(64) const double roots[8] = {r[0], r[1], r[1], r[2], r[2], r[2], r[2], 0};
+  Vec roots[8 / W];
+  spread(roots, root + level + 1);
   for (std::size_t b = 0; b < std::size_t{1} << level; ++b) {
     for (std::size_t i = 0; i < 8; i += W) {
-      store(p.w[b] + i, multiply_mod(load(table[b] + i), load(roots + i), m));
+      store(p.w[b] + i, multiply_mod(load(table[b] + i), roots[i / W], m));
     }
   }
 }
