@@ -83,7 +83,7 @@ std::size_t measure(const Target& t, std::size_t ratio, double* work) {
 
 int main() {
   using namespace tivelo::limbs;
-  std::vector<double> memory(4 * shape_for(4096).length() + 8);
+  std::vector<double> memory(4 * length(shape_for(4096)) + 8);
   const std::size_t misaligned = reinterpret_cast<std::uintptr_t>(memory.data()) / 8 % 8;
   double* work = memory.data() + (8 - misaligned) % 8;
   for (const char* const* name = target_names(); *name != nullptr; ++name) {

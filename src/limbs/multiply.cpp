@@ -31,8 +31,8 @@ void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   const std::size_t slices = (a.size() + most - 1) / most;
   const std::size_t na = (a.size() + slices - 1) / slices;
   const Shape s = shape_for(coefficients(na, nb));
-  const std::span<double> prepared = ws.take<double>(3 * s.length());
-  const std::span<double> work = ws.take<double>(3 * s.length());
+  const std::span<double> prepared = ws.take<double>(3 * length(s));
+  const std::span<double> work = ws.take<double>(3 * length(s));
   const Limbs part = ws.take<Limb>(na + nb);
   t.prepare(prepared.data(), b.data(), nb, s);
   std::fill_n(r.end() - static_cast<std::ptrdiff_t>(nb), nb, 0);
@@ -69,7 +69,7 @@ void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
     return multiply_slices(r, a, b, ws);
   }
   const Shape s = shape_for(coefficients(a.size(), b.size()));
-  const std::span<double> work = ws.take<double>(4 * s.length());
+  const std::span<double> work = ws.take<double>(4 * length(s));
   t.product(r.data(), a.data(), a.size(), b.data(), b.size(), s, work.data());
 }
 
@@ -81,7 +81,7 @@ void square(Limbs r, ConstLimbs a, Workspace ws) {
   }
   if (2 * a.size() > kMaxLimbs) return multiply_slices(r, a, a, ws);
   const Shape s = shape_for(coefficients(a.size(), a.size()));
-  const std::span<double> work = ws.take<double>(3 * s.length());
+  const std::span<double> work = ws.take<double>(3 * length(s));
   t.square(r.data(), a.data(), a.size(), s, work.data());
 }
 

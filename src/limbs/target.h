@@ -22,8 +22,9 @@ inline constexpr std::size_t kDotLimbs = 32;
 struct Shape {
   int u;
   int k;
-  std::size_t length() const { return static_cast<std::size_t>(u) << k; }
 };
+
+std::size_t length(Shape s);
 
 // The shortest transform of at least n coefficients: at most 5/4 of n from 64 on.
 Shape shape_for(std::size_t n);

@@ -15,8 +15,8 @@ struct Thresholds {
   std::size_t square;
 };
 
-inline constexpr Thresholds kAvx512Thresholds = {400, 290, 310};
-inline constexpr Thresholds kAvx2Thresholds = {330, 250, 235};
-inline constexpr Thresholds kPortableThresholds = {600, 480, 380};
+inline constexpr Thresholds kAvx512Thresholds = {400, 283, 318};
+inline constexpr Thresholds kAvx2Thresholds = {300, 238, 224};
+inline constexpr Thresholds kPortableThresholds = {614, 390, 454};
 
 }  // namespace tivelo::limbs

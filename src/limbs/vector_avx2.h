@@ -37,6 +37,12 @@ inline Vec round_of(Vec x) {
 // x moved one lane to the front, the first lane of y behind it.
 inline Vec shift_in(Vec x, Vec y) { return _mm256_permute4x64_pd(_mm256_blend_pd(x, y, 1), 0x39); }
 
+// r0, r1, r1 and five times r2, for the twiddles of three levels.
+inline void spread(Vec* v, const double* r) {
+  v[0] = _mm256_permute4x64_pd(load_unaligned(r), 0x94);
+  v[1] = all(r[2]);
+}
+
 inline void transpose(Vec* v) {
   const Vec a0 = _mm256_unpacklo_pd(v[0], v[1]);
   const Vec a1 = _mm256_unpackhi_pd(v[0], v[1]);

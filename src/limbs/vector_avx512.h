@@ -40,6 +40,11 @@ inline Vec shift_in(Vec x, Vec y) {
       _mm512_alignr_epi64(_mm512_castpd_si512(y), _mm512_castpd_si512(x), 1));
 }
 
+// r0, r1, r1 and five times r2, for the twiddles of three levels.
+inline void spread(Vec* v, const double* r) {
+  v[0] = _mm512_permutexvar_pd(_mm512_setr_epi64(0, 1, 1, 2, 2, 2, 2, 2), load_unaligned(r));
+}
+
 inline void transpose(Vec* v) {
   Vec a[8];
   Vec b[8];

@@ -75,6 +75,12 @@ inline Vec subtract_multiple(Vec x, Vec q, Vec m) { return sub(x, scale(q, m)); 
 // x moved one lane to the front, the first lane of y behind it.
 inline Vec shift_in(Vec x, Vec y) { return {{x.v[1], x.v[2], x.v[3], y.v[0]}}; }
 
+// r0, r1, r1 and five times r2, for the twiddles of three levels.
+inline void spread(Vec* v, const double* r) {
+  v[0] = {{r[0], r[1], r[1], r[2]}};
+  v[1] = all(r[2]);
+}
+
 inline void transpose(Vec* v) {
   for (std::size_t i = 0; i < W; ++i) {
     for (std::size_t j = i + 1; j < W; ++j) {

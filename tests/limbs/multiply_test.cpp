@@ -36,14 +36,14 @@ Number product_by(Method method, const Number& a, const Number& b) {
     return r;
   }
   const Shape s = shape_for((a.size() + 1) / 2 + (b.size() + 1) / 2 - 1);
-  Lent lent(48 * s.length());
+  Lent lent(48 * length(s));
   Workspace ws = lent.workspace();
-  double* work = ws.take<double>((method == Method::kTransform ? 4 : 3) * s.length()).data();
+  double* work = ws.take<double>((method == Method::kTransform ? 4 : 3) * length(s)).data();
   if (method == Method::kTransform) {
     t.product(r.data(), a.data(), a.size(), b.data(), b.size(), s, work);
     return r;
   }
-  double* prepared = ws.take<double>(3 * s.length()).data();
+  double* prepared = ws.take<double>(3 * length(s)).data();
   t.prepare(prepared, b.data(), b.size(), s);
   t.prepared_product(r.data(), a.data(), a.size(), prepared, b.size(), s, work);
   return r;
@@ -52,10 +52,10 @@ Number product_by(Method method, const Number& a, const Number& b) {
 Number square_of(const Number& a, bool transform) {
   Number r(2 * a.size(), 7);
   const Shape s = shape_for((a.size() + 1) / 2 * 2 - 1);
-  Lent lent(transform ? 24 * s.length() : multiply_workspace(a.size(), a.size()));
+  Lent lent(transform ? 24 * length(s) : multiply_workspace(a.size(), a.size()));
   if (transform) {
     target().square(r.data(), a.data(), a.size(), s,
-                    lent.workspace().take<double>(3 * s.length()).data());
+                    lent.workspace().take<double>(3 * length(s)).data());
   } else {
     square(r, a, lent.workspace());
   }
@@ -103,8 +103,8 @@ TEST_P(Multiply, AroundEveryChange) {
   Operands operands(22);
   const Thresholds& t = target().thresholds;
   std::vector<std::size_t> lengths = {t.even, t.uneven, t.square, kMaxColumn};
-  for (std::size_t n = 64; n < 6000; n = shape_for(n + 1).length()) {
-    ASSERT_EQ(n, shape_for(n).length());
+  for (std::size_t n = 64; n < 6000; n = length(shape_for(n + 1))) {
+    ASSERT_EQ(n, length(shape_for(n)));
     lengths.push_back(n);  // n coefficients: two operands of about n limbs
   }
   for (const std::size_t n : lengths) {
