@@ -37,7 +37,7 @@ void divide_step(Operand& x, const Operand& y, Workspace ws) {
 }  // namespace
 
 std::size_t gcd_workspace(std::size_t n) {
-  const std::size_t dividing = 2 * Workspace::bytes<Limb>(n + 1) + divide_workspace(2 * n, n);
+  const std::size_t dividing = 2 * Workspace::bytes<Limb>(n + 1) + divide_workspace(n);
   return 2 * Workspace::bytes<Limb>(n) +
          (n < kHalfGcd ? dividing : std::max(dividing, half_gcd_workspace(n)));
 }

@@ -19,7 +19,7 @@ namespace tivelo::limbs {
 namespace {
 
 // Reductions by fewer limbs than this go step by step.
-constexpr std::size_t kSteps = 60;
+constexpr std::size_t kSteps = 32;
 
 // x' = a x - b y, y' = d y - c x, or both negated if `odd`.
 struct Reduction {
@@ -223,14 +223,19 @@ void reduce(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
 
 }  // namespace
 
+// Each level keeps its leading limbs and its reduction; on top of them all at most one step of the
+// longest numbers is at work.
 std::size_t half_gcd_workspace(std::size_t n) {
-  std::size_t size = divide_workspace(2 * n, n) + Workspace::bytes<Limb>(n + 2) * 3;
-  for (std::size_t m = n + 2;; m = m * 5 / 8 + 4) {
-    size += 4 * Workspace::bytes<Limb>(m + 2) + identity_workspace(m / 2 + 4);
+  const std::size_t top = n / 2 + 4;
+  const std::size_t dividing = 2 * Workspace::bytes<Limb>(top) + divide_workspace(top);
+  const std::size_t extending = 2 * Workspace::bytes<Limb>(n + 1) + Workspace::bytes<Limb>(n + 8) +
+                                multiply_workspace(top, n / 4 + 4);
+  std::size_t size = std::max(dividing, extending);
+  for (std::size_t m = top;; m = m * 5 / 8 + 4) {
+    size += 2 * Workspace::bytes<Limb>(m) + identity_workspace(m / 2 + 4);
     if (m < 2 * kSteps) break;
   }
-  return size + 2 * Workspace::bytes<Limb>(n + 2) + Workspace::bytes<Limb>(2 * n) +
-         multiply_workspace(n / 2 + 4, n);
+  return size;
 }
 
 bool half_gcd(Operand& x, Operand& y, Workspace ws) {

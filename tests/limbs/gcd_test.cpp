@@ -40,6 +40,18 @@ TEST(Gcd, AgainstOracle) {
     expect_gcd(times(big(common), a), common);
     if (HasFatalFailure()) return;
   }
+  // Euclid's algorithm backwards, with a long quotient now and then.
+  for (int round = 0; round < 30; ++round) {
+    mpz_class x = big(operands.number(1 + operands.below(30)));
+    mpz_class y = 0;
+    while (mpz_sizeinbase(x.get_mpz_t(), 10) < 12000) {
+      const unsigned length = operands.below(40) == 0 ? 300 : operands.below(3) == 0 ? 5 : 1;
+      y += x * big(operands.number(1 + operands.below(length)));
+      swap(x, y);
+    }
+    expect_gcd(times(x, {1}), times(y, {1}));
+    if (HasFatalFailure()) return;
+  }
   mpz_class high;
   mpz_class low;
   for (unsigned n = 1; n < 90000; n += n / 8 + 1) {
