@@ -13,6 +13,9 @@ namespace tivelo::limbs {
 // Limb products are below 10^16 and 1844 x 10^16 < 2^64: the most rows whose columns fit 64 bits.
 inline constexpr std::size_t kMaxColumn = 1844;
 
+// kBase, for sources that must do without base/limb.h and what it includes.
+inline constexpr std::uint32_t kLimbBase = 100000000;
+
 // Columns that one step of subtract_row() covers, and limbs that dot() covers: 32 products of a
 // limb and a 32-bit number are below 32 x 10^8 x 2^32 < 2^64.
 inline constexpr std::size_t kRowBlock = 8;
@@ -53,6 +56,11 @@ struct Target {
                        std::int32_t q);
   // The sum of a[i] x b[i] for i < kDotLimbs, limbs times 32-bit numbers.
   std::uint64_t (*dot)(const std::uint32_t* a, const std::uint32_t* b);
+  // r = a + b and r = a - b over n limbs each, returning the carry or borrow out. r may be a or b.
+  std::uint32_t (*add)(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                       std::size_t n);
+  std::uint32_t (*subtract)(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                            std::size_t n);
 };
 
 // The target in use: the first of avx512, avx2, portable that this processor can run, unless
