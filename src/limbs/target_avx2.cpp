@@ -22,7 +22,7 @@ namespace {
 }  // namespace
 
 extern const Target kAvx2Target;
-const Target kAvx2Target = {"avx2", kAvx2Thresholds, schoolbook,      product,
-                            square, prepare,         prepared_product};
+const Target kAvx2Target = {"avx2",  kAvx2Thresholds, schoolbook, schoolbook_square,
+                            product, square,          prepare,    prepared_product};
 
 }  // namespace tivelo::limbs

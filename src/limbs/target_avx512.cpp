@@ -27,7 +27,8 @@ namespace {
 }  // namespace
 
 extern const Target kAvx512Target;
-const Target kAvx512Target = {"avx512", kAvx512Thresholds, schoolbook,      product,
-                              square,   prepare,           prepared_product};
+const Target kAvx512Target = {"avx512",          kAvx512Thresholds, schoolbook,
+                              schoolbook_square, product,           square,
+                              prepare,           prepared_product};
 
 }  // namespace tivelo::limbs

@@ -20,7 +20,8 @@ namespace {
 }  // namespace
 
 extern const Target kPortableTarget;
-const Target kPortableTarget = {"portable", kPortableThresholds, schoolbook, product, square,
-                                prepare,    prepared_product};
+const Target kPortableTarget = {
+    "portable", kPortableThresholds, schoolbook, schoolbook_square, product, square,
+    prepare,    prepared_product};
 
 }  // namespace tivelo::limbs
