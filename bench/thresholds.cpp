@@ -68,7 +68,8 @@ std::size_t measure(const Target& t, std::size_t ratio, double* work) {
     std::vector<std::uint32_t> r(na + n);
     const Shape s = shape_for((na + 1) / 2 + (n + 1) / 2 - 1);
     samples.push_back({n, seconds([&] {
-                         t.schoolbook(r.data(), b.data(), n, ratio == 0 ? b.data() : a.data(), na);
+                         if (ratio == 0) return t.schoolbook_square(r.data(), b.data(), n);
+                         t.schoolbook(r.data(), b.data(), n, a.data(), na);
                        }),
                        seconds([&] {
                          if (ratio == 0) return t.square(r.data(), b.data(), n, s, work);

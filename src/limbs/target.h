@@ -40,6 +40,8 @@ struct Target {
   // r[0..na+nb) = a x b for na <= nb, na <= kMaxColumn. r overlaps neither.
   void (*schoolbook)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                      const std::uint32_t* b, std::size_t nb);
+  // r[0..2na) = a x a for na <= kMaxColumn.
+  void (*schoolbook_square)(std::uint32_t* r, const std::uint32_t* a, std::size_t na);
   // r[0..na+nb) = a x b where the product has at most s.length() coefficients. Work: 4 x length.
   void (*product)(std::uint32_t* r, const std::uint32_t* a, std::size_t na, const std::uint32_t* b,
                   std::size_t nb, Shape s, double* work);

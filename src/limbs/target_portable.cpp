@@ -20,8 +20,11 @@ namespace {
 }  // namespace
 
 extern const Target kPortableTarget;
-const Target kPortableTarget = {
-    "portable",       kPortableThresholds, schoolbook, product,   square,        prepare,
-    prepared_product, subtract_row,        dot,        add_limbs, subtract_limbs};
+const Target kPortableTarget = {"portable",   kPortableThresholds,
+                                schoolbook,   schoolbook_square,
+                                product,      square,
+                                prepare,      prepared_product,
+                                subtract_row, dot,
+                                add_limbs,    subtract_limbs};
 
 }  // namespace tivelo::limbs
