@@ -68,7 +68,8 @@ std::size_t measure(const Target& t, std::size_t ratio, double* work) {
     std::vector<std::uint32_t> r(na + n);
     const Shape s = shape_for((na + 1) / 2 + (n + 1) / 2 - 1);
     samples.push_back({n, seconds([&] {
-                         t.schoolbook(r.data(), b.data(), n, ratio == 0 ? b.data() : a.data(), na);
+                         if (ratio == 0) return t.schoolbook_square(r.data(), b.data(), n);
+                         t.schoolbook(r.data(), b.data(), n, a.data(), na);
                        }),
                        seconds([&] {
                          if (ratio == 0) return t.square(r.data(), b.data(), n, s, work);
@@ -83,7 +84,7 @@ std::size_t measure(const Target& t, std::size_t ratio, double* work) {
 
 int main() {
   using namespace tivelo::limbs;
-  std::vector<double> memory(4 * shape_for(4096).length() + 8);
+  std::vector<double> memory(4 * length(shape_for(4096)) + 8);
   const std::size_t misaligned = reinterpret_cast<std::uintptr_t>(memory.data()) / 8 % 8;
   double* work = memory.data() + (8 - misaligned) % 8;
   for (const char* const* name = target_names(); *name != nullptr; ++name) {

@@ -1,14 +1,12 @@
-// The linear kernels. Two ideas carry the file. Addition works on two limbs in one 64-bit word,
-// biased so that a decimal carry becomes a binary one. Division by a small number keeps its
-// remainder only roughly reduced, so that one multiply-high, one multiply and one subtraction are
-// all that one block waits for from the block before it.
+// The linear kernels. Sums go through the kernels of the processor (target.h). Division by a small
+// number keeps its remainder only roughly reduced, so that one multiply-high, one multiply and one
+// subtraction are all that one block waits for from the block before it.
 #include "limbs/arith.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cassert>
-#include <cstring>
 
 #include "limbs/target.h"
 #include "limbs/wide.h"
@@ -16,23 +14,9 @@
 namespace tivelo::limbs {
 namespace {
 
+static_assert(kLimbBase == kBase);
+
 constexpr std::uint64_t kBase2 = std::uint64_t{kBase} * kBase;
-
-// What a 32-bit half holds beyond one limb. Added to both halves of a pair, it makes a sum of at
-// least kBase carry out of its half.
-constexpr std::uint64_t kSlack = (std::uint64_t{1} << 32) - kBase;
-
-// Two limbs in one word, the more significant one in the upper half.
-std::uint64_t load_pair(const Limb* p) {
-  std::uint64_t w;
-  std::memcpy(&w, p, sizeof w);
-  return std::endian::native == std::endian::little ? std::rotl(w, 32) : w;
-}
-
-void store_pair(Limb* p, std::uint64_t w) {
-  if (std::endian::native == std::endian::little) w = std::rotl(w, 32);
-  std::memcpy(p, &w, sizeof w);
-}
 
 // Divisor and reciprocal: reduce(x) is x mod k plus at most one k, for every 64-bit x. With
 // inverse >= 2^64 / k - 1 the estimated quotient exceeds x / k - x / 2^64 - 1, so that it is at
@@ -66,26 +50,8 @@ int compare(ConstLimbs a, ConstLimbs b) {
 
 Limb add(Limbs r, ConstLimbs a, ConstLimbs b) {
   assert(r.size() == a.size() && a.size() >= b.size());
-  std::size_t i = a.size();
-  std::size_t j = b.size();
-  std::uint64_t carry = 0;
-  for (; j >= 2; i -= 2, j -= 2) {
-    const std::uint64_t x = load_pair(&a[i - 2]);
-    const std::uint64_t y = load_pair(&b[j - 2]) + (kSlack << 32 | kSlack);
-    const std::uint64_t partial = x + y;
-    const std::uint64_t sum = partial + carry;
-    carry = static_cast<std::uint64_t>(partial < x) | static_cast<std::uint64_t>(sum < partial);
-    // Bit 32 of x ^ y ^ sum is the carry out of the lower half. A half without a carry gives its
-    // bias back.
-    const std::uint64_t low = ((x ^ y ^ sum) >> 32) & 1;
-    store_pair(&r[i - 2], sum - (kSlack & (low - 1)) - ((kSlack << 32) & (carry - 1)));
-  }
-  if (j > 0) {
-    --i;
-    const Limb t = a[i] + b[0] + static_cast<Limb>(carry);
-    carry = t >= kBase ? 1 : 0;
-    r[i] = carry ? t - kBase : t;
-  }
+  std::size_t i = a.size() - b.size();
+  Limb carry = target().add(r.data() + i, a.data() + i, b.data(), b.size());
   while (carry && i > 0) {
     --i;
     const Limb t = a[i] + 1;
@@ -93,37 +59,20 @@ Limb add(Limbs r, ConstLimbs a, ConstLimbs b) {
     r[i] = carry ? 0 : t;
   }
   if (r.data() != a.data()) std::copy_n(a.data(), i, r.data());
-  return static_cast<Limb>(carry);
+  return carry;
 }
 
 Limb subtract(Limbs r, ConstLimbs a, ConstLimbs b) {
   assert(r.size() == a.size() && a.size() >= b.size());
-  std::size_t i = a.size();
-  std::size_t j = b.size();
-  std::uint64_t borrow = 0;
-  for (; j >= 2; i -= 2, j -= 2) {
-    const std::uint64_t x = load_pair(&a[i - 2]);
-    const std::uint64_t y = load_pair(&b[j - 2]);
-    const std::uint64_t partial = x - y;
-    const std::uint64_t left = partial - borrow;
-    borrow = static_cast<std::uint64_t>(x < y) | static_cast<std::uint64_t>(partial < borrow);
-    // A half that borrowed took 2^32 where one base was due.
-    const std::uint64_t low = ((x ^ y ^ left) >> 32) & 1;
-    store_pair(&r[i - 2], left - (kSlack & (0 - low)) - ((kSlack << 32) & (0 - borrow)));
-  }
-  if (j > 0) {
-    --i;
-    const Limb t = a[i] + kBase - b[0] - static_cast<Limb>(borrow);
-    borrow = t < kBase ? 1 : 0;
-    r[i] = borrow ? t : t - kBase;
-  }
+  std::size_t i = a.size() - b.size();
+  Limb borrow = target().subtract(r.data() + i, a.data() + i, b.data(), b.size());
   while (borrow && i > 0) {
     --i;
     borrow = a[i] == 0 ? 1 : 0;
     r[i] = borrow ? kBase - 1 : a[i] - 1;
   }
   if (r.data() != a.data()) std::copy_n(a.data(), i, r.data());
-  return static_cast<Limb>(borrow);
+  return borrow;
 }
 
 // Each product is split on its own (high < k, low < kBase); only the carry of the sum

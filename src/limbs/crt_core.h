@@ -13,15 +13,17 @@
 // gets kBias more from the place to its right than it is owed, which changes nothing in total.
 #pragma once
 
-// |v| < 2^43.6 for each term; products split in a multiple of 10^8 below 2^43.6 and a rest below
-// 10^8. A place collects at most v1, six quotients and seven rests: below 2^46.5 < kBias 10^8 =
-// 2^48.6. With the bias a place is below 2^49.
+// |v| < 2^43.1; a product with a limb is split in a multiple of 10^8 below 2^43.1 and a rest below
+// 10^8. A place collects v1 or nothing, up to five quotients and as many rests: below 2^46 in
+// magnitude, less than kBias (10^8 - 1). Only the top limb of p1 p2, which is 309, is multiplied
+// without a split; 0 <= v3 < p3 / 4 + 1 keeps that below 2^50.4. With the bias a place is below
+// 2^51.
 constexpr double kBias = 4194304;
 constexpr double kBaseDouble = 1e8;
-// The double nearest to 10^-8 is larger than 10^-8 by less than 2^-52 of it (the checking script
-// shows it). So for 0 <= x < 2^50, floor(x kBaseInverse) in doubles is floor(x / 10^8) exactly:
+// The double nearest to 10^-8 is larger than 10^-8 by less than 2^-55 of it (the checking script
+// shows it). So for 0 <= x < 2^52, floor(x kBaseInverse) in doubles is floor(x / 10^8) exactly:
 // for multiples of 10^8 the product is not too small, and in between it is too large by at most
-// 2^50 10^-8 2^-51.4 < 10^-8, the least distance to the next integer.
+// 2^52 10^-8 (2^-55 + 2^-53) < 10^-8, the least distance to the next integer.
 constexpr double kBaseInverse = 1e-8;
 
 struct Carry {
@@ -41,7 +43,7 @@ inline std::uint32_t store_rippled(std::uint32_t* out, Vec high, Vec low, std::u
   return ripple;
 }
 
-// Normalises W pairs of places (0 <= each < 2^50) given the carry from the right, least significant
+// Normalises W pairs of places (0 <= each < 2^51) given the carry from the right, least significant
 // vectors first, and writes 2 W limbs.
 inline void store_places(std::uint32_t* out, Vec high, Vec low, Carry& carry) {
   const Vec base = all(kBaseDouble);
@@ -53,7 +55,7 @@ inline void store_places(std::uint32_t* out, Vec high, Vec low, Carry& carry) {
   high = subtract_multiple(high, q, base);
   low = add(low, shift_in(q, carry.quotients));
   carry.quotients = q;
-  // low < 10^8 + 2^23 now, so high grows to 10^8 at most, and only that starts a ripple.
+  // low < 10^8 + 2^25 now, so high grows to 10^8 at most, and only that starts a ripple.
   q = floor_of(scale(low, inverse));
   low = subtract_multiple(low, q, base);
   high = add(high, q);
@@ -65,7 +67,7 @@ inline void store_places(std::uint32_t* out, Vec high, Vec low, Carry& carry) {
 }
 
 struct Places {
-  Vec v[5];  // places of one coefficient, least significant first
+  Vec v[4];  // places of one coefficient, least significant first
 };
 
 struct CrtConstants {
@@ -92,61 +94,84 @@ inline CrtConstants crt_constants(const TransformTables& t, int halvings) {
   return c;
 }
 
-// v times a number of `count` limbs, added to the places from 0 on.
-inline void add_multiple(Places& s, Vec v, const Vec* limbs, int count, const Modulus& base) {
-  for (int i = 0; i < count; ++i) {
-    Vec q;
-    Vec r;
-    multiply_quotient(v, limbs[i], base.p, base.inverse, q, r);
-    s.v[i] = add(s.v[i], r);
-    s.v[i + 1] = add(s.v[i + 1], q);
+// v times one limb, added to a place and the one above.
+inline void add_multiple(Vec& place, Vec& above, Vec v, Vec limb, const Modulus& base) {
+  Vec q;
+  Vec r;
+  multiply_quotient(v, limb, base.p, base.inverse, q, r);
+  place = add(place, r);
+  above = add(above, q);
+}
+
+constexpr std::size_t kStrands = 2;
+
+// Coefficients k - i W - W to k - i W - 1 in s[i]; the residues (at most 50) still carry the factor
+// that scale1 to scale3 take away. The chain of multiplications is long, so vectors are taken side
+// by side, step for step.
+inline void reconstruct(Places* s, const double* const* x, std::size_t k, const CrtConstants& c) {
+  Vec v1[kStrands];
+  Vec v2[kStrands];
+  Vec v3[kStrands];
+  const std::size_t n = kStrands;
+  for (std::size_t i = 0; i < n; ++i) {
+    const std::size_t at = k - (i + 1) * W;
+    v1[i] = multiply_mod(load(x[0] + at), c.scale1, c.m1);
+    v2[i] = multiply_mod(load(x[1] + at), c.scale2, c.m2);
+    v3[i] = multiply_mod(load(x[2] + at), c.scale3, c.m3);
+  }
+  for (std::size_t i = 0; i < n; ++i) {
+    v2[i] = multiply_mod(sub(v2[i], v1[i]), c.p1_mod_p2, c.m2);
+    v3[i] = multiply_mod(sub(v3[i], v1[i]), c.p1_mod_p3, c.m3);
+  }
+  for (std::size_t i = 0; i < n; ++i) {
+    v3[i] = multiply_mod(sub(v3[i], v2[i]), c.p2_mod_p3, c.m3);
+    s[i] = {{v1[i], all(0), all(0), all(0)}};
+    for (std::size_t j = 0; j < 2; ++j) {
+      add_multiple(s[i].v[j], s[i].v[j + 1], v2[i], c.p1[j], c.base);
+    }
+  }
+  for (std::size_t j = 0; j < 3; ++j) {
+    for (std::size_t i = 0; i < n; ++i) {
+      add_multiple(s[i].v[j], s[i].v[j + 1], v3[i], c.p1p2[j], c.base);
+    }
+  }
+  for (std::size_t i = 0; i < n; ++i) s[i].v[3] = add(s[i].v[3], scale(v3[i], c.p1p2[3]));
+}
+
+// Adds up the places of W pairs: 0 and 1 of the coefficients in s, 2 and 3 of their right
+// neighbours. The pairs are k - W + 1 to k for the coefficients k - W to k - 1. Limbs before the
+// first and from `size` on are zero and not written.
+inline void store_pairs_of(std::uint32_t* r, std::size_t size, std::size_t k, const Places& s,
+                           const Places& right, Carry& carry) {
+  const Vec bias = all(kBias * kBaseDouble - kBias);
+  const Vec low = add(add(s.v[0], shift_in(s.v[2], right.v[2])), bias);
+  const Vec high = add(add(s.v[1], shift_in(s.v[3], right.v[3])), bias);
+  if (k != 0 && 2 * (k + 1) <= size) {
+    return store_places(r + 2 * (k + 1 - W), high, low, carry);
+  }
+  std::uint32_t part[2 * W];
+  store_places(part, high, low, carry);
+  for (std::size_t i = 0; i < 2 * W; ++i) {
+    const std::size_t limb = 2 * (k + 1) + i;  // plus 2 W
+    if (limb >= 2 * W && limb - 2 * W < size) r[limb - 2 * W] = part[i];
   }
 }
 
-// The residues (at most 12) still carry the factor that scale1 to scale3 take away.
-inline Places reconstruct(Vec x1, Vec x2, Vec x3, const CrtConstants& c) {
-  const Vec v1 = multiply_mod(x1, c.scale1, c.m1);
-  const Vec u2 = sub(multiply_mod(x2, c.scale2, c.m2), v1);
-  const Vec v2 = multiply_mod(u2, c.p1_mod_p2, c.m2);
-  const Vec u3 = sub(multiply_mod(x3, c.scale3, c.m3), v1);
-  const Vec w3 = sub(multiply_mod(u3, c.p1_mod_p3, c.m3), v2);
-  const Vec v3 = multiply_mod(w3, c.p2_mod_p3, c.m3);
-  Places s = {{v1, all(0), all(0), all(0), all(0)}};
-  add_multiple(s, v2, c.p1, 2, c.base);
-  add_multiple(s, v3, c.p1p2, 4, c.base);
-  return s;
-}
-
-// Limbs r[0..size) of the product from its coefficients 0..count-1 modulo each prime. Coefficient
-// k ends at limb 2k + 3; limbs behind `size` are zero and not written.
+// Limbs r[0..size) of the product from its coefficients 0..count-1 modulo each prime; those up to
+// the next multiple of kStrands W are there too, and zero. Coefficient k ends at limb 2k + 3.
 void store_product(std::uint32_t* r, std::size_t size, const double* const* x, std::size_t count,
                    const CrtConstants& c) {
-  const Vec zero = all(0);
-  const Vec bias = all(kBias * kBaseDouble - kBias);
-  Places right = {{zero, zero, zero, zero, zero}};
+  const Places none = {{all(0), all(0), all(0), all(0)}};
+  Places right = none;
   Carry carry = {all(kBias), 0};
-  std::uint32_t part[2 * W];
-  for (std::size_t k = (count + W - 1) / W * W;; k -= W) {
-    // Coefficients k - W to k - 1; the pairs k - W + 1 to k take their places 0 and 1.
-    const Places s =
-        k == 0 ? Places{{zero, zero, zero, zero, zero}}
-               : reconstruct(load(x[0] + k - W), load(x[1] + k - W), load(x[2] + k - W), c);
-    const Vec next4 = shift_in(s.v[4], right.v[4]);
-    const Vec next4_right = shift_in(right.v[4], right.v[4]);
-    Vec low = add(add(s.v[0], shift_in(s.v[2], right.v[2])), shift_in(next4, next4_right));
-    Vec high = add(s.v[1], shift_in(s.v[3], right.v[3]));
-    low = add(low, bias);
-    high = add(high, bias);
-    right = s;
-    if (k != 0 && 2 * (k + 1) <= size) {
-      store_places(r + 2 * (k + 1 - W), high, low, carry);
-    } else {
-      store_places(part, high, low, carry);
-      for (std::size_t i = 0; i < 2 * W; ++i) {
-        const std::size_t limb = 2 * (k + 1) + i;  // plus 2 W
-        if (limb >= 2 * W && limb - 2 * W < size) r[limb - 2 * W] = part[i];
-      }
+  constexpr std::size_t step = kStrands * W;
+  for (std::size_t k = (count + step - 1) / step * step; k > 0; k -= step) {
+    Places s[kStrands];
+    reconstruct(s, x, k, c);
+    for (std::size_t i = 0; i < kStrands; ++i) {
+      store_pairs_of(r, size, k - i * W, s[i], i == 0 ? right : s[i - 1], carry);
     }
-    if (k == 0) break;
+    right = s[kStrands - 1];
   }
+  store_pairs_of(r, size, 0, none, right, carry);
 }

@@ -144,6 +144,16 @@ std::size_t divide_workspace(std::size_t na, std::size_t nb) {
   return size + Workspace::bytes<Limb>(k + 3) + reciprocal_workspace(k);
 }
 
+// Pieces and divisor together have at most na + 1 limbs, pieces alone at most half of that.
+std::size_t divide_workspace(std::size_t na) {
+  const std::size_t half = na / 2 + 1;
+  const std::size_t rows = std::min(na, 3 * kRecursion);
+  return 2 * Workspace::bytes<Limb>(na + 9) +
+         long_divide_workspace(rows + std::min(na, kRowChunk), rows) +
+         multiply_workspace(half + 3, half) + Workspace::bytes<Limb>(half + 3) +
+         reciprocal_workspace(half);
+}
+
 void divide(Limbs q, Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   const std::size_t n = b.size();
   const std::size_t m = q.size();

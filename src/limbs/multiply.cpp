@@ -18,9 +18,10 @@ std::size_t coefficients(std::size_t na, std::size_t nb) { return (na + 1) / 2 +
 constexpr std::size_t kMaxLimbs = std::size_t{2} << kMaxTransform;  // of a transform's product
 static_assert(kMaxLimbs == std::size_t{1} << 25, "operands of up to 268 million digits");
 
-// From this ratio of lengths on the longer operand is cut into slices of kSlice times the shorter.
-constexpr std::size_t kSliceRatio = 8;
-constexpr std::size_t kSlice = 3;
+// From this ratio of lengths on the longer operand is cut into slices of at most kSlice times the
+// shorter: with that the slices' transforms are 8 times the shorter operand, a power of two more.
+constexpr std::size_t kSliceRatio = 12;
+constexpr std::size_t kSlice = 7;
 
 // a in slices, least significant first, each times b added to what is there already.
 void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
@@ -31,8 +32,8 @@ void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   const std::size_t slices = (a.size() + most - 1) / most;
   const std::size_t na = (a.size() + slices - 1) / slices;
   const Shape s = shape_for(coefficients(na, nb));
-  const std::span<double> prepared = ws.take<double>(3 * s.length());
-  const std::span<double> work = ws.take<double>(3 * s.length());
+  const std::span<double> prepared = ws.take<double>(3 * length(s));
+  const std::span<double> work = ws.take<double>(3 * length(s));
   const Limbs part = ws.take<Limb>(na + nb);
   t.prepare(prepared.data(), b.data(), nb, s);
   std::fill_n(r.end() - static_cast<std::ptrdiff_t>(nb), nb, 0);
@@ -52,9 +53,13 @@ void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
 
 }  // namespace
 
-// Unsliced: four arrays of at most 5/4 of (na + nb + 2) / 2 doubles, 20 (na + nb) bytes. Sliced:
-// six arrays and a product for slices of at most 3 nb, which is less from the ratio 8 on.
-std::size_t multiply_workspace(std::size_t na, std::size_t nb) { return 20 * (na + nb) + 8192; }
+// Unsliced: four arrays of at most 5/4 of (na + nb + 2) / 2 doubles, 20 bytes for each limb.
+// Sliced: six such arrays and a product, 34 bytes for each limb of a slice and the shorter operand.
+// Slices by ratio are at most 7/12 of the longer operand, so that this is less than 20 for each
+// limb of the product; slices because a transform ends there may be all of it.
+std::size_t multiply_workspace(std::size_t na, std::size_t nb) {
+  return (na + nb <= kMaxLimbs ? 20 : 34) * (na + nb) + 8192;
+}
 
 void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   assert(r.size() == a.size() + b.size() && !a.empty() && !b.empty());
@@ -69,7 +74,7 @@ void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
     return multiply_slices(r, a, b, ws);
   }
   const Shape s = shape_for(coefficients(a.size(), b.size()));
-  const std::span<double> work = ws.take<double>(4 * s.length());
+  const std::span<double> work = ws.take<double>(4 * length(s));
   t.product(r.data(), a.data(), a.size(), b.data(), b.size(), s, work.data());
 }
 
@@ -77,11 +82,11 @@ void square(Limbs r, ConstLimbs a, Workspace ws) {
   assert(r.size() == 2 * a.size() && !a.empty());
   const Target& t = target();
   if (a.size() < t.thresholds.square) {
-    return t.schoolbook(r.data(), a.data(), a.size(), a.data(), a.size());
+    return t.schoolbook_square(r.data(), a.data(), a.size());
   }
   if (2 * a.size() > kMaxLimbs) return multiply_slices(r, a, a, ws);
   const Shape s = shape_for(coefficients(a.size(), a.size()));
-  const std::span<double> work = ws.take<double>(3 * s.length());
+  const std::span<double> work = ws.take<double>(3 * length(s));
   t.square(r.data(), a.data(), a.size(), s, work.data());
 }
 

@@ -8,7 +8,7 @@
 namespace tivelo::limbs {
 
 // Bytes of workspace that multiply() of na by nb limbs takes at most (square(): na by na).
-// Monotone in both arguments.
+// Monotone in both arguments, and the same wherever their sum is the same.
 std::size_t multiply_workspace(std::size_t na, std::size_t nb);
 
 // r = a x b. r.size() == a.size() + b.size(), both at least 1; leading zero limbs are allowed in

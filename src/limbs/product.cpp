@@ -18,7 +18,7 @@ namespace {
 constexpr std::size_t kLeaf = 24;
 
 // Below this factorials are falling products.
-constexpr std::uint32_t kSwing = 2000;
+constexpr std::uint32_t kSwing = 300;
 
 // Limbs of a number of `bits` bits, rounded up: log(2) / log(10^8) < 78 / 2048.
 constexpr std::size_t limbs_of_bits(std::size_t bits) { return bits * 78 / 2048 + 1; }

@@ -1,5 +1,6 @@
 // The inner loops of long division and of remainders, without carries: whoever calls them keeps
-// every column within 64 bits. Compiled inside the unnamed namespace of each target.
+// every column within 64 bits. Sums and differences, whose carries walk in one word. Compiled
+// inside the unnamed namespace of each target.
 #pragma once
 
 // u[i] -= q x v[i] for whole blocks of kRowBlock columns; u is aligned to a block. |q| < 2^31. A
@@ -29,4 +30,36 @@ std::uint64_t dot(const std::uint32_t* a, const std::uint32_t* b) {
   std::uint64_t sum = 0;
   for (std::size_t i = 0; i < W; ++i) sum += lanes[i];
   return sum;
+}
+
+// r = a + b over n limbs; returns the carry.
+std::uint32_t add_limbs(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                        std::size_t n) {
+  std::uint32_t carry = 0;
+  for (; n >= kSumLimbs; n -= kSumLimbs) {
+    const std::size_t i = n - kSumLimbs;
+    carry = add_block(r + i, a + i, b + i, carry);
+  }
+  while (n-- > 0) {
+    const std::uint32_t t = a[n] + b[n] + carry;
+    carry = t >= kLimbBase ? 1 : 0;
+    r[n] = t - (kLimbBase & (0 - carry));
+  }
+  return carry;
+}
+
+// r = a - b over n limbs; returns the borrow.
+std::uint32_t subtract_limbs(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                             std::size_t n) {
+  std::uint32_t borrow = 0;
+  for (; n >= kSumLimbs; n -= kSumLimbs) {
+    const std::size_t i = n - kSumLimbs;
+    borrow = subtract_block(r + i, a + i, b + i, borrow);
+  }
+  while (n-- > 0) {
+    const std::uint32_t t = a[n] - b[n] - borrow;
+    borrow = t >> 31;
+    r[n] = t + (kLimbBase & (0 - borrow));
+  }
+  return borrow;
 }

@@ -41,25 +41,33 @@ inline void copy_window(std::uint32_t* window, const std::uint32_t* b, std::size
   for (; i < to; ++i) *window++ = 0;
 }
 
-// Sums columns c to c + kTileLimbs - 1 over the rows a[first..last), where a[first] multiplies the
-// limbs from `row` on, the next one those from row - 1 on, and so on. Two rows at a time: where the
-// first takes the limbs x at row, the second needs x for the odd columns, and for the even ones the
-// second limbs of what lies at row - 2, the x of the next two rows. So a vector is loaded once for
-// four products. Reads row[-2..] of the last two rows as well.
-inline void sum_tile(Columns* even, Columns* odd, const std::uint32_t* a, std::size_t first,
-                     std::size_t last, const std::uint32_t* row) {
+struct Tile {
+  Columns even[kTile];
+  Columns odd[kTile];
+};
+
+// Adds the rows a[first..last) to a tile, where a[first] multiplies the limbs from `row` on, the
+// next one those from row - 1 on, and so on. Two rows at a time: where the first takes the limbs x
+// at row, the second needs x for the odd columns, and for the even ones the second limbs of what
+// lies at row - 2, the x of the next two rows. So a vector is loaded once for four products. Reads
+// row[-2..] of the last two rows as well.
+inline void sum_rows(Tile& sum, const std::uint32_t* a, std::size_t first, std::size_t last,
+                     const std::uint32_t* row) {
+  Columns even[kTile];
+  Columns odd[kTile];
   Columns x[kTile];
   Columns y[kTile];
   for (std::size_t t = 0; t < kTile; ++t) {
-    even[t] = odd[t] = zero_columns();
+    even[t] = sum.even[t];
+    odd[t] = sum.odd[t];
     x[t] = load_limbs(row + t * 2 * W);
     y[t] = second_limbs(x[t]);
   }
-  std::size_t i = first;
-  for (; i + 1 < last; i += 2) {
+  a += first;
+  for (std::size_t pairs = (last - first) / 2; pairs > 0; --pairs, a += 2) {
     row -= 2;
-    const Columns f0 = all_limbs(a[i]);
-    const Columns f1 = all_limbs(a[i + 1]);
+    const Columns f0 = all_limbs(a[0]);
+    const Columns f1 = all_limbs(a[1]);
     for (std::size_t t = 0; t < kTile; ++t) {
       const Columns next = load_limbs(row + t * 2 * W);
       const Columns next_second = second_limbs(next);
@@ -69,48 +77,89 @@ inline void sum_tile(Columns* even, Columns* odd, const std::uint32_t* a, std::s
       y[t] = next_second;
     }
   }
-  if (i < last) {
-    const Columns f0 = all_limbs(a[i]);
+  if ((last - first) % 2 != 0) {
+    const Columns f0 = all_limbs(a[0]);
     for (std::size_t t = 0; t < kTile; ++t) {
       even[t] = add_product(even[t], x[t], f0);
       odd[t] = add_product(odd[t], y[t], f0);
     }
   }
+  for (std::size_t t = 0; t < kTile; ++t) {
+    sum.even[t] = even[t];
+    sum.odd[t] = odd[t];
+  }
 }
+
+// Adds to the tile of columns c to c + kTileLimbs - 1 the products of a[first..last), at most
+// kMaxColumn rows, with the limbs of b; limbs outside b count as zeros.
+inline void add_rows(Tile& sum, const std::uint32_t* a, std::size_t first, std::size_t last,
+                     const std::uint32_t* b, std::size_t nb, std::size_t c) {
+  if (first >= last) return;
+  if (c >= last + 2 && c - 1 - first + kTileLimbs <= nb) {
+    return sum_rows(sum, a, first, last, b + c - 1 - first);
+  }
+  std::uint32_t window[2 + kMaxColumn + kTileLimbs];  // the first two may be read, not used
+  window[0] = window[1] = 0;
+  const std::ptrdiff_t low = static_cast<std::ptrdiff_t>(c) - static_cast<std::ptrdiff_t>(last);
+  const std::size_t length = last - first - 1 + kTileLimbs;
+  copy_window(window + 2, b, nb, low, low + static_cast<std::ptrdiff_t>(length));
+  sum_rows(sum, a, first, last, window + 2 + (last - first - 1));
+}
+
+inline void store_tile(std::uint32_t* r, std::size_t size, std::size_t c, const Tile& sum,
+                       Vec& from_right, Carry& carry) {
+  for (std::size_t t = kTile; t-- > 0;) {
+    const std::size_t at = c + t * 2 * W;
+    if (at + 2 * W <= size) {
+      store_columns(r + at, sum.even[t], sum.odd[t], from_right, carry);
+    } else if (at < size) {
+      std::uint32_t part[2 * W];
+      store_columns(part, sum.even[t], sum.odd[t], from_right, carry);
+      for (std::size_t i = at; i < size; ++i) r[i] = part[i - at];
+    }
+  }
+}
+
+inline Tile zero_tile() {
+  Tile sum;
+  for (std::size_t t = 0; t < kTile; ++t) sum.even[t] = sum.odd[t] = zero_columns();
+  return sum;
+}
+
+inline std::size_t smaller(std::size_t x, std::size_t y) { return x < y ? x : y; }
 
 // r = a x b; na <= nb, na <= kMaxColumn.
 void schoolbook(std::uint32_t* r, const std::uint32_t* a, std::size_t na, const std::uint32_t* b,
                 std::size_t nb) {
-  std::uint32_t window[kMaxColumn + 2 * kTileLimbs];  // two limbs in front may be read, not used
-  window[0] = window[1] = 0;
   const std::size_t size = na + nb;
   Vec from_right = all(0);
   Carry carry = {all(0), 0};
-  for (std::size_t end = (size + kTileLimbs - 1) / kTileLimbs * kTileLimbs; end > 0;
-       end -= kTileLimbs) {
-    const std::size_t c = end - kTileLimbs;
+  for (std::size_t c = (size - 1) / kTileLimbs * kTileLimbs;; c -= kTileLimbs) {
+    Tile sum = zero_tile();
     // a[i] reaches columns i + 1 to i + nb.
-    const std::size_t first = c > nb ? c - nb : 0;
-    const std::size_t last = end - 1 < na ? end - 1 : na;
-    const std::uint32_t* row = b + c - 1 - first;
-    if (c < last + 2 || c - 1 - first + kTileLimbs > nb) {
-      const std::ptrdiff_t low = static_cast<std::ptrdiff_t>(c) - static_cast<std::ptrdiff_t>(last);
-      const std::size_t length = last - first - 1 + kTileLimbs;
-      copy_window(window + 2, b, nb, low, low + static_cast<std::ptrdiff_t>(length));
-      row = window + 2 + (last - first - 1);
+    add_rows(sum, a, c > nb ? c - nb : 0, smaller(c + kTileLimbs - 1, na), b, nb, c);
+    store_tile(r, size, c, sum, from_right, carry);
+    if (c == 0) break;
+  }
+}
+
+// r = a x a; na <= kMaxColumn. Column k sums a[i] a[k - 1 - i]. In the tile from c on, the products
+// with one index below m = c / 2 come in pairs, one of each computed and doubled; those with no
+// index below m are a band about as wide as the tile, a product of a[m..] with itself.
+void schoolbook_square(std::uint32_t* r, const std::uint32_t* a, std::size_t na) {
+  const std::size_t size = 2 * na;
+  Vec from_right = all(0);
+  Carry carry = {all(0), 0};
+  for (std::size_t c = (size - 1) / kTileLimbs * kTileLimbs;; c -= kTileLimbs) {
+    const std::size_t m = c / 2;
+    Tile sum = zero_tile();
+    add_rows(sum, a, c > na ? c - na : 0, m, a, na, c);
+    for (std::size_t t = 0; t < kTile; ++t) {
+      sum.even[t] = add_columns(sum.even[t], sum.even[t]);
+      sum.odd[t] = add_columns(sum.odd[t], sum.odd[t]);
     }
-    Columns even[kTile];
-    Columns odd[kTile];
-    sum_tile(even, odd, a, first, last, row);
-    for (std::size_t t = kTile; t-- > 0;) {
-      const std::size_t at = c + t * 2 * W;
-      if (at + 2 * W <= size) {
-        store_columns(r + at, even[t], odd[t], from_right, carry);
-      } else if (at < size) {
-        std::uint32_t part[2 * W];
-        store_columns(part, even[t], odd[t], from_right, carry);
-        for (std::size_t i = at; i < size; ++i) r[i] = part[i - at];
-      }
-    }
+    add_rows(sum, a, m, smaller(c + kTileLimbs - 1 - m, na), a + m, na - m, c - m);
+    store_tile(r, size, c, sum, from_right, carry);
+    if (c == 0) break;
   }
 }

@@ -49,6 +49,8 @@ std::atomic<const Target*> chosen{nullptr};
 
 }  // namespace
 
+std::size_t length(Shape s) { return static_cast<std::size_t>(s.u) << s.k; }
+
 Shape shape_for(std::size_t n) {
   constexpr int kSmallest = 6;  // a block of the widest target
   for (int k = kSmallest; k <= 8; ++k) {

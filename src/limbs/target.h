@@ -13,6 +13,9 @@ namespace tivelo::limbs {
 // Limb products are below 10^16 and 1844 x 10^16 < 2^64: the most rows whose columns fit 64 bits.
 inline constexpr std::size_t kMaxColumn = 1844;
 
+// kBase, for sources that must do without base/limb.h and what it includes.
+inline constexpr std::uint32_t kLimbBase = 100000000;
+
 // Columns that one step of subtract_row() covers, and limbs that dot() covers: 32 products of a
 // limb and a 32-bit number are below 32 x 10^8 x 2^32 < 2^64.
 inline constexpr std::size_t kRowBlock = 8;
@@ -22,8 +25,9 @@ inline constexpr std::size_t kDotLimbs = 32;
 struct Shape {
   int u;
   int k;
-  std::size_t length() const { return static_cast<std::size_t>(u) << k; }
 };
+
+std::size_t length(Shape s);
 
 // The shortest transform of at least n coefficients: at most 5/4 of n from 64 on.
 Shape shape_for(std::size_t n);
@@ -36,6 +40,8 @@ struct Target {
   // r[0..na+nb) = a x b for na <= nb, na <= kMaxColumn. r overlaps neither.
   void (*schoolbook)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                      const std::uint32_t* b, std::size_t nb);
+  // r[0..2na) = a x a for na <= kMaxColumn.
+  void (*schoolbook_square)(std::uint32_t* r, const std::uint32_t* a, std::size_t na);
   // r[0..na+nb) = a x b where the product has at most s.length() coefficients. Work: 4 x length.
   void (*product)(std::uint32_t* r, const std::uint32_t* a, std::size_t na, const std::uint32_t* b,
                   std::size_t nb, Shape s, double* work);
@@ -52,6 +58,11 @@ struct Target {
                        std::int32_t q);
   // The sum of a[i] x b[i] for i < kDotLimbs, limbs times 32-bit numbers.
   std::uint64_t (*dot)(const std::uint32_t* a, const std::uint32_t* b);
+  // r = a + b and r = a - b over n limbs each, returning the carry or borrow out. r may be a or b.
+  std::uint32_t (*add)(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                       std::size_t n);
+  std::uint32_t (*subtract)(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                            std::size_t n);
 };
 
 // The target in use: the first of avx512, avx2, portable that this processor can run, unless

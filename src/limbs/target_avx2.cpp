@@ -22,7 +22,9 @@ namespace {
 }  // namespace
 
 extern const Target kAvx2Target;
-const Target kAvx2Target = {"avx2",  kAvx2Thresholds,  schoolbook,   product, square,
-                            prepare, prepared_product, subtract_row, dot};
+const Target kAvx2Target = {
+    "avx2",    kAvx2Thresholds, schoolbook,       schoolbook_square, product,
+    square,    prepare,         prepared_product, subtract_row,      dot,
+    add_limbs, subtract_limbs};
 
 }  // namespace tivelo::limbs

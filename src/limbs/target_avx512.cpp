@@ -27,7 +27,9 @@ namespace {
 }  // namespace
 
 extern const Target kAvx512Target;
-const Target kAvx512Target = {"avx512", kAvx512Thresholds, schoolbook,   product, square,
-                              prepare,  prepared_product,  subtract_row, dot};
+const Target kAvx512Target = {
+    "avx512",  kAvx512Thresholds, schoolbook,       schoolbook_square, product,
+    square,    prepare,           prepared_product, subtract_row,      dot,
+    add_limbs, subtract_limbs};
 
 }  // namespace tivelo::limbs

@@ -9,12 +9,8 @@
 template <int U, Mode kMode>
 void convolve_shape(double* x, double* y, Shape s, const Prime& f) {
   const std::size_t h = std::size_t{1} << s.k;
-  Chain chain;
-  Chain one;
-  for (std::size_t j = 0; j < kChain; ++j) one.root[j] = one.inverse[j] = 1;
   for (std::size_t c = 0; c < static_cast<std::size_t>(U); ++c) {
-    child_chain(chain, one, 0, c, s.k, f);
-    convolve<kMode>(x + c * h, y + c * h, s.k, chain, f);
+    convolve<kMode>(x + c * h, y + c * h, s.k, f.t->chain[c], f);
   }
 }
 
@@ -44,7 +40,7 @@ void convolve_prime(double* x, double* y, const Operand& a, const Operand& b, Sh
 inline int halvings(Shape s) { return s.u == 1 ? s.k - 1 : s.k + 2; }
 
 void finish(std::uint32_t* r, const double* x, std::size_t na, std::size_t nb, Shape s) {
-  const std::size_t n = s.length();
+  const std::size_t n = length(s);
   const double* residues[kPrimes] = {x, x + n, x + 2 * n};
   store_product(r, na + nb, residues, (na + 1) / 2 + (nb + 1) / 2 - 1,
                 crt_constants(transform_tables(), halvings(s)));
@@ -52,7 +48,7 @@ void finish(std::uint32_t* r, const double* x, std::size_t na, std::size_t nb, S
 
 void product(std::uint32_t* r, const std::uint32_t* a, std::size_t na, const std::uint32_t* b,
              std::size_t nb, Shape s, double* work) {
-  const std::size_t n = s.length();
+  const std::size_t n = length(s);
   for (int i = 0; i < kPrimes; ++i) {
     convolve_prime<Mode::kProduct>(work + static_cast<std::size_t>(i) * n, work + 3 * n, {a, na},
                                    {b, nb}, s, i);
@@ -61,7 +57,7 @@ void product(std::uint32_t* r, const std::uint32_t* a, std::size_t na, const std
 }
 
 void square(std::uint32_t* r, const std::uint32_t* a, std::size_t na, Shape s, double* work) {
-  const std::size_t n = s.length();
+  const std::size_t n = length(s);
   for (int i = 0; i < kPrimes; ++i) {
     convolve_prime<Mode::kSquare>(work + static_cast<std::size_t>(i) * n, work, {a, na}, {a, na}, s,
                                   i);
@@ -70,7 +66,7 @@ void square(std::uint32_t* r, const std::uint32_t* a, std::size_t na, Shape s, d
 }
 
 void prepare(double* prepared, const std::uint32_t* b, std::size_t nb, Shape s) {
-  const std::size_t n = s.length();
+  const std::size_t n = length(s);
   for (int i = 0; i < kPrimes; ++i) {
     double* x = prepared + static_cast<std::size_t>(i) * n;
     convolve_prime<Mode::kForward>(x, x, {b, nb}, {b, nb}, s, i);
@@ -80,7 +76,7 @@ void prepare(double* prepared, const std::uint32_t* b, std::size_t nb, Shape s) 
 // Mode kPrepared only reads its second array.
 void prepared_product(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                       const double* prepared, std::size_t nb, Shape s, double* work) {
-  const std::size_t n = s.length();
+  const std::size_t n = length(s);
   for (int i = 0; i < kPrimes; ++i) {
     const std::size_t at = static_cast<std::size_t>(i) * n;
     convolve_prime<Mode::kPrepared>(work + at, const_cast<double*>(prepared) + at, {a, na}, {a, na},

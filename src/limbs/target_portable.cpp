@@ -20,7 +20,11 @@ namespace {
 }  // namespace
 
 extern const Target kPortableTarget;
-const Target kPortableTarget = {"portable", kPortableThresholds, schoolbook,   product, square,
-                                prepare,    prepared_product,    subtract_row, dot};
+const Target kPortableTarget = {"portable",   kPortableThresholds,
+                                schoolbook,   schoolbook_square,
+                                product,      square,
+                                prepare,      prepared_product,
+                                subtract_row, dot,
+                                add_limbs,    subtract_limbs};
 
 }  // namespace tivelo::limbs

@@ -15,8 +15,8 @@ struct Thresholds {
   std::size_t square;
 };
 
-inline constexpr Thresholds kAvx512Thresholds = {400, 290, 310};
-inline constexpr Thresholds kAvx2Thresholds = {330, 250, 235};
-inline constexpr Thresholds kPortableThresholds = {600, 480, 380};
+inline constexpr Thresholds kAvx512Thresholds = {300, 250, 250};
+inline constexpr Thresholds kAvx2Thresholds = {300, 220, 330};
+inline constexpr Thresholds kPortableThresholds = {580, 360, 880};
 
 }  // namespace tivelo::limbs

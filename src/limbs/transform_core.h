@@ -3,7 +3,7 @@
 //
 // A polynomial of n coefficients is split by x^2h - v^2 = (x^h - v)(x^h + v), depth first, until
 // pieces modulo x^2 - w remain; those are multiplied as they are and the splits undone. Which root
-// belongs to a piece follows from its place (see twiddle[] in transform_tables.h), so a node only
+// belongs to a piece follows from its place (see t(b) in transform_tables.h), so a node only
 // carries its v and a chain of square roots of it. Values are integers held in doubles, reduced
 // lazily: with p < 2^44 every value stays within 64 p < 2^50 in magnitude, and multiply_mod()
 // returns |r| <= 3/4 p for |x| <= 64 p and |w| <= 0.51 p (its error term is 64 x 0.51 p 1.5 x 2^-52
@@ -13,12 +13,6 @@
 struct Modulus {
   Vec p;
   Vec inverse;
-};
-
-// v^(1/2^j) and the inverses of that, for the v of one node.
-struct alignas(64) Chain {
-  double root[kChain + 8];
-  double inverse[kChain + 8];
 };
 
 struct Prime {
@@ -43,11 +37,12 @@ inline Prime make_prime(const PrimeTables& t) { return {&t, {all(t.p), all(t.p_i
 // The chain of a child: its v is the c'th root (see chain[] in the tables) times v^(1/2^skip).
 void child_chain(Chain& child, const Chain& parent, std::size_t skip, std::size_t c, int k,
                  const Prime& f) {
+  const Chain& factor = f.t->chain[c];
   for (std::size_t j = 0; j < static_cast<std::size_t>(k) + 2; j += W) {
     store(child.root + j,
-          multiply_mod(load_unaligned(parent.root + j + skip), load(f.t->chain[c] + j), f.m));
-    store(child.inverse + j, multiply_mod(load_unaligned(parent.inverse + j + skip),
-                                          load(f.t->inverse_chain[c] + j), f.m));
+          multiply_mod(load_unaligned(parent.root + j + skip), load(factor.root + j), f.m));
+    store(child.inverse + j,
+          multiply_mod(load_unaligned(parent.inverse + j + skip), load(factor.inverse + j), f.m));
   }
 }
 
@@ -71,7 +66,7 @@ inline void forward4(double* x, std::size_t q, Vec w1, Vec w2, Vec w3, const Mod
   }
 }
 
-// Undoes forward4 up to a factor 4. Input up to 12, output at most 1.5.
+// Undoes forward4 up to a factor 4. Input up to 6, output at most 1.5.
 inline void inverse4(double* x, std::size_t q, Vec w1, Vec w2, Vec w3, const Modulus& m) {
   for (std::size_t j = 0; j < q; j += W, x += W) {
     const Vec y0 = load(x);
@@ -89,22 +84,45 @@ inline void inverse4(double* x, std::size_t q, Vec w1, Vec w2, Vec w3, const Mod
   }
 }
 
-inline void forward2(double* x, std::size_t q, Vec w, const Modulus& m) {
+// One split x^2h - w^2 = (x^h - w)(x^h + w), and the way back up to a factor 2.
+inline void split_vectors(Vec& a, Vec& b, Vec w, const Modulus& m) {
+  const Vec t = multiply_mod(b, w, m);
+  b = sub(a, t);
+  a = add(a, t);
+}
+
+inline void join_vectors(Vec& a, Vec& b, Vec w, const Modulus& m) {
+  const Vec t = sub(a, b);
+  a = add(a, b);
+  b = multiply_mod(t, w, m);
+}
+
+// Three levels: the root of the first split in w[0], of the second in w[1] and w[2], of the third
+// in w[3] to w[6]. Adds at most 2.25.
+inline void forward8(double* x, std::size_t q, const Vec* w, const Modulus& m) {
   for (std::size_t j = 0; j < q; j += W, x += W) {
-    const Vec a = load(x);
-    const Vec b = multiply_mod(load(x + q), w, m);
-    store(x, add(a, b));
-    store(x + q, sub(a, b));
+    Vec a[8];
+    for (std::size_t i = 0; i < 8; ++i) a[i] = load(x + i * q);
+    for (std::size_t i = 0; i < 4; ++i) split_vectors(a[i], a[i + 4], w[0], m);
+    for (std::size_t i = 0; i < 2; ++i) split_vectors(a[i], a[i + 2], w[1], m);
+    for (std::size_t i = 4; i < 6; ++i) split_vectors(a[i], a[i + 2], w[2], m);
+    for (std::size_t i = 0; i < 4; ++i) split_vectors(a[2 * i], a[2 * i + 1], w[3 + i], m);
+    for (std::size_t i = 0; i < 8; ++i) store(x + i * q, a[i]);
   }
 }
 
-// Doubles its input range.
-inline void inverse2(double* x, std::size_t q, Vec w, const Modulus& m) {
+// Undoes forward8 up to a factor 8. Input up to 6 (the sums of all eight reach 48), output at
+// most 3.
+inline void inverse8(double* x, std::size_t q, const Vec* w, const Modulus& m) {
   for (std::size_t j = 0; j < q; j += W, x += W) {
-    const Vec a = load(x);
-    const Vec b = load(x + q);
-    store(x, add(a, b));
-    store(x + q, multiply_mod(sub(a, b), w, m));
+    Vec a[8];
+    for (std::size_t i = 0; i < 8; ++i) a[i] = load(x + i * q);
+    for (std::size_t i = 0; i < 4; ++i) join_vectors(a[2 * i], a[2 * i + 1], w[3 + i], m);
+    for (std::size_t i = 0; i < 2; ++i) join_vectors(a[i], a[i + 2], w[1], m);
+    for (std::size_t i = 4; i < 6; ++i) join_vectors(a[i], a[i + 2], w[2], m);
+    for (std::size_t i = 0; i < 4; ++i) join_vectors(a[i], a[i + 4], w[0], m);
+    a[0] = reduce(a[0], m);
+    for (std::size_t i = 0; i < 8; ++i) store(x + i * q, a[i]);
   }
 }
 
@@ -114,6 +132,8 @@ enum class Mode { kProduct, kSquare, kPrepared, kForward };
 
 constexpr int kLogW = W == 8 ? 3 : 2;
 constexpr int kLeaf = 11;  // two leaves of 2^11 doubles share the first-level cache
+static_assert(kBaseBlocks >= (std::size_t{1} << kLeaf) / W, "blocks at the base of a leaf");
+static_assert(kPassBlocks >= (std::size_t{1} << kLeaf) / (8 * W), "blocks in its last pass");
 
 // The products of two pairs modulo y^2 - w. a up to 64, result up to 1.5.
 inline void multiply_pair(Vec& a0, Vec& a1, Vec b0, Vec b1, Vec w, const Modulus& m) {
@@ -142,29 +162,17 @@ struct BaseTwiddles {
 inline BaseTwiddles base_twiddles(std::size_t b, int level, const Chain& r, const Prime& f) {
   BaseTwiddles w;
   if constexpr (W == 8) {
-    w.w2 = multiply_mod(load(f.t->twiddle_even + b), all(r.root[level + 2]), f.m);
-    w.v2 = multiply_mod(load(f.t->inverse_even + b), all(r.inverse[level + 2]), f.m);
+    w.w2 = multiply_mod(load(f.t->base_even + b), all(r.root[level + 2]), f.m);
+    w.v2 = multiply_mod(load(f.t->inverse_base_even + b), all(r.inverse[level + 2]), f.m);
     w.w1 = multiply_mod(w.w2, w.w2, f.m);
     w.v1 = multiply_mod(w.v2, w.v2, f.m);
-    w.w3 = multiply_mod(w.w2, all(f.t->twiddle[1]), f.m);
-    w.v3 = multiply_mod(w.v2, all(f.t->inverse[1]), f.m);
+    w.w3 = multiply_mod(w.w2, all(f.t->base[1]), f.m);
+    w.v3 = multiply_mod(w.v2, all(f.t->inverse_base[1]), f.m);
   } else {
-    w.w1 = multiply_mod(load(f.t->twiddle + b), all(r.root[level + 1]), f.m);
-    w.v1 = multiply_mod(load(f.t->inverse + b), all(r.inverse[level + 1]), f.m);
+    w.w1 = multiply_mod(load(f.t->base + b), all(r.root[level + 1]), f.m);
+    w.v1 = multiply_mod(load(f.t->inverse_base + b), all(r.inverse[level + 1]), f.m);
   }
   return w;
-}
-
-inline void split_vectors(Vec& a, Vec& b, Vec w, const Modulus& m) {
-  const Vec t = multiply_mod(b, w, m);
-  b = sub(a, t);
-  a = add(a, t);
-}
-
-inline void join_vectors(Vec& a, Vec& b, Vec w, const Modulus& m) {
-  const Vec t = sub(a, b);
-  a = add(a, b);
-  b = multiply_mod(t, w, m);
 }
 
 // From W blocks modulo y^W - w1^2 to pairs.
@@ -227,78 +235,106 @@ void base_products(double* a, double* b, std::size_t n, int level, const Chain& 
   }
 }
 
-// Twiddles of the 2^level blocks of one two-level pass inside a leaf.
+// Twiddles of the blocks of one pass, seven to a block in the order of pass[] in the tables.
 struct alignas(64) PassTwiddles {
-  static constexpr std::size_t kMost = (std::size_t{1} << kLeaf) / (4 * W) + W;
-  double w1[kMost], w2[kMost], w3[kMost];
+  double w[kPassBlocks][8];
 };
 
-void pass_twiddles(PassTwiddles& w, const double* twiddle, const double* twiddle_even,
-                   const double* root, int level, const Modulus& m) {
-  const Vec r1 = all(root[level + 1]);
-  const Vec r2 = all(root[level + 2]);
-  const Vec i = all(twiddle[1]);
-  for (std::size_t b = 0; b < std::size_t{1} << level; b += W) {
-    const Vec w2 = multiply_mod(load(twiddle_even + b), r2, m);
-    store(w.w1 + b, multiply_mod(load(twiddle + b), r1, m));
-    store(w.w2 + b, w2);
-    store(w.w3 + b, multiply_mod(w2, i, m));
+void pass_twiddles(PassTwiddles& p, const double (*table)[8], const double* root, int level,
+                   const Modulus& m) {
+  Vec roots[8 / W];
+  spread(roots, root + level + 1);
+  for (std::size_t b = 0; b < std::size_t{1} << level; ++b) {
+    for (std::size_t i = 0; i < 8; i += W) {
+      store(p.w[b] + i, multiply_mod(load(table[b] + i), roots[i / W], m));
+    }
   }
 }
 
-// The product of a and b modulo x^n - v, n = 2^k, into a; by levels, in the first-level cache.
+// The twiddles of block b for a pass of two or three levels.
+template <int kLevels>
+struct BlockTwiddles {
+  Vec w[7];
+  BlockTwiddles(const PassTwiddles& p, std::size_t b) {
+    for (int i = 0; i < (1 << kLevels) - 1; ++i) w[i] = all(p.w[b][i]);
+  }
+  void forward(double* x, std::size_t q, const Modulus& m) const {
+    if constexpr (kLevels == 3) {
+      forward8(x, q, w, m);
+    } else {
+      forward4(x, q, w[0], w[1], w[2], m);
+    }
+  }
+  void inverse(double* x, std::size_t q, const Modulus& m) const {
+    if constexpr (kLevels == 3) {
+      inverse8(x, q, w, m);
+    } else {
+      inverse4(x, q, w[0], w[1], w[2], m);
+    }
+  }
+};
+
+// Splits the 2^level blocks of n elements in all; b is left alone unless it is to be transformed.
+template <int kLevels, Mode kMode>
+void forward_pass(double* a, double* b, std::size_t n, int level, const Chain& r, const Prime& f) {
+  PassTwiddles p;
+  pass_twiddles(p, f.t->pass, r.root, level, f.m);
+  const std::size_t size = n >> level;
+  for (std::size_t i = 0; i < std::size_t{1} << level; ++i) {
+    const BlockTwiddles<kLevels> w(p, i);
+    w.forward(a + size * i, size >> kLevels, f.m);
+    if constexpr (kMode == Mode::kProduct) w.forward(b + size * i, size >> kLevels, f.m);
+  }
+}
+
+template <int kLevels>
+void inverse_pass(double* a, std::size_t n, int level, const Chain& r, const Prime& f) {
+  PassTwiddles p;
+  pass_twiddles(p, f.t->inverse_pass, r.inverse, level, f.m);
+  const std::size_t size = n >> level;
+  for (std::size_t i = 0; i < std::size_t{1} << level; ++i) {
+    BlockTwiddles<kLevels>(p, i).inverse(a + size * i, size >> kLevels, f.m);
+  }
+}
+
+// The product of a and b modulo x^n - v, n = 2^k, into a; by levels, in the first-level cache. At
+// least three levels come before the base, so they are a sum of twos (first) and threes.
 template <Mode kMode>
 void leaf(double* a, double* b, int k, const Chain& r, const Prime& f) {
   const std::size_t n = std::size_t{1} << k;
   const int levels = k - kLogW;
-  const PrimeTables& t = *f.t;
-  PassTwiddles w;
-  if (levels & 1) {
-    forward2(a, n / 2, all(r.root[1]), f.m);
-    if constexpr (kMode == Mode::kProduct) forward2(b, n / 2, all(r.root[1]), f.m);
-  }
-  for (int level = levels & 1; level < levels; level += 2) {
-    pass_twiddles(w, t.twiddle, t.twiddle_even, r.root, level, f.m);
-    const std::size_t q = n >> (level + 2);
-    for (std::size_t i = 0; i < std::size_t{1} << level; ++i) {
-      const Vec w1 = all(w.w1[i]);
-      const Vec w2 = all(w.w2[i]);
-      const Vec w3 = all(w.w3[i]);
-      forward4(a + 4 * q * i, q, w1, w2, w3, f.m);
-      if constexpr (kMode == Mode::kProduct) forward4(b + 4 * q * i, q, w1, w2, w3, f.m);
-    }
-  }
+  const int twos = (3 - levels % 3) % 3 * 2;  // levels that go in twos
+  int level = 0;
+  for (; level < twos; level += 2) forward_pass<2, kMode>(a, b, n, level, r, f);
+  for (; level < levels; level += 3) forward_pass<3, kMode>(a, b, n, level, r, f);
   base_products<kMode>(a, b, n, levels, r, f);
   if constexpr (kMode == Mode::kForward) return;
-  for (int level = levels - 2; level >= 0; level -= 2) {
-    pass_twiddles(w, t.inverse, t.inverse_even, r.inverse, level, f.m);
-    const std::size_t q = n >> (level + 2);
-    for (std::size_t i = 0; i < std::size_t{1} << level; ++i) {
-      inverse4(a + 4 * q * i, q, all(w.w1[i]), all(w.w2[i]), all(w.w3[i]), f.m);
-    }
+  for (; level > twos; level -= 3) inverse_pass<3>(a, n, level - 3, r, f);
+  for (; level > 0; level -= 2) inverse_pass<2>(a, n, level - 2, r, f);
+}
+
+template <Mode kMode>
+void convolve(double* a, double* b, int k, const Chain& r, const Prime& f);
+
+template <int kLevels, Mode kMode>
+void convolve_pieces(double* a, double* b, int k, const Chain& r, const Prime& f) {
+  const std::size_t n = std::size_t{1} << k;
+  forward_pass<kLevels, kMode>(a, b, n, 0, r, f);
+  Chain child;
+  for (std::size_t c = 0; c < std::size_t{1} << kLevels; ++c) {
+    child_chain(child, r, kLevels, c, k - kLevels, f);
+    const std::size_t at = c * (n >> kLevels);
+    convolve<kMode>(a + at, b + at, k - kLevels, child, f);
   }
-  if (levels & 1) inverse2(a, n / 2, all(r.inverse[1]), f.m);
+  if constexpr (kMode != Mode::kForward) inverse_pass<kLevels>(a, n, 0, r, f);
 }
 
 // The product of a and b modulo x^n - v, n = 2^k, into a, times n / 2. Depth first: once a piece
 // fits a cache, it stays there until it is done with. Input up to 6.1; each of the k - 1 <= 22
-// levels adds 0.75, so nothing exceeds 23. Output at most 12.
+// levels adds 0.75, so nothing exceeds 23. Output at most 3.
 template <Mode kMode>
 void convolve(double* a, double* b, int k, const Chain& r, const Prime& f) {
   if (k <= kLeaf) return leaf<kMode>(a, b, k, r, f);
-  const std::size_t q = std::size_t{1} << (k - 2);
-  const Vec i = all(f.t->twiddle[1]);
-  const Vec w1 = all(r.root[1]);
-  const Vec w2 = all(r.root[2]);
-  const Vec w3 = multiply_mod(w2, i, f.m);
-  forward4(a, q, w1, w2, w3, f.m);
-  if constexpr (kMode == Mode::kProduct) forward4(b, q, w1, w2, w3, f.m);
-  Chain child;
-  for (std::size_t c = 0; c < 4; ++c) {
-    child_chain(child, r, 2, c, k - 2, f);
-    convolve<kMode>(a + c * q, b + c * q, k - 2, child, f);
-  }
-  if constexpr (kMode == Mode::kForward) return;
-  const Vec v2 = all(r.inverse[2]);
-  inverse4(a, q, all(r.inverse[1]), v2, multiply_mod(v2, all(f.t->inverse[1]), f.m), f.m);
+  if (k <= kLeaf + 2) return convolve_pieces<2, kMode>(a, b, k, r, f);
+  convolve_pieces<3, kMode>(a, b, k, r, f);
 }

@@ -50,13 +50,19 @@ void build(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
 
   t.p = static_cast<double>(p);
   t.p_inverse = 1 / t.p;
-  for (std::size_t b = 0; b < kTwiddles; ++b) {
-    const std::uint64_t w = root_product(f, z, b, 2);
-    const std::uint64_t e = root_product(f, z, 2 * b, 2);
-    t.twiddle[b] = f.balanced(w);
-    t.twiddle_even[b] = f.balanced(e);
-    t.inverse[b] = f.balanced(f.invert(w));
-    t.inverse_even[b] = f.balanced(f.invert(e));
+  const auto twiddle = [&](std::size_t b) { return root_product(f, z, b, 2); };
+  for (std::size_t b = 0; b < kBaseBlocks; ++b) {
+    t.base[b] = f.balanced(twiddle(b));
+    t.base_even[b] = f.balanced(twiddle(2 * b));
+    t.inverse_base[b] = f.balanced(f.invert(twiddle(b)));
+    t.inverse_base_even[b] = f.balanced(f.invert(twiddle(2 * b)));
+  }
+  for (std::size_t b = 0; b < kPassBlocks; ++b) {
+    const std::size_t blocks[8] = {b, 2 * b, 2 * b + 1, 4 * b, 4 * b + 1, 4 * b + 2, 4 * b + 3, 0};
+    for (std::size_t i = 0; i < 8; ++i) {
+      t.pass[b][i] = f.balanced(twiddle(blocks[i]));
+      t.inverse_pass[b][i] = f.balanced(f.invert(twiddle(blocks[i])));
+    }
   }
   std::uint64_t half_power = 1;
   for (int j = 0; j < kChain; ++j) {
@@ -65,8 +71,8 @@ void build(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
     for (std::size_t c = 0; c < 8; ++c) {
       // Entries past the order of the given root are never needed; they become 0.
       const std::uint64_t v = root_product(f, z, c, 1 + j);
-      t.chain[c][j] = f.balanced(v);
-      t.inverse_chain[c][j] = f.balanced(f.invert(v));
+      t.chain[c].root[j] = f.balanced(v);
+      t.chain[c].inverse[j] = f.balanced(f.invert(v));
     }
   }
 }

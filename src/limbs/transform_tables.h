@@ -21,23 +21,30 @@ inline constexpr std::uint64_t kRoot[kPrimes] = {6227336199684, 1844843139904, 7
 // 4 m 10^32 < p1 p2 p3 (see crt_core.h).
 inline constexpr int kMaxTransform = 24;
 
-// Twiddles that a leaf of the recursion can ask for: blocks of at least 4 elements in 2^12.
-inline constexpr std::size_t kTwiddles = 1024;
-// Entries of a chain of roots: v, v^(1/2), v^(1/4), ...; padded for whole vectors.
-inline constexpr int kChain = 32;
+// Blocks that a leaf of the recursion has at its base, and before its last three-level pass.
+inline constexpr std::size_t kBaseBlocks = 512;
+inline constexpr std::size_t kPassBlocks = 64;
+// Entries of a chain of roots, padded for whole vectors at any place in it.
+inline constexpr int kChain = 40;
 
-// All entries are residues in (-p/2, p/2), as doubles.
+// v^(1/2^j), each the square root of the one before, and their inverses.
+struct alignas(64) Chain {
+  double root[kChain];
+  double inverse[kChain];
+};
+
+// All entries are residues in (-p/2, p/2), as doubles. With z(k) a root of unity of order 2^k,
+// z(k)^2 = z(k-1), the twiddle of block b is t(b), the product of z(i+2) over the bits i set in b.
+// So t(2b)^2 = t(b) and t(2b+1) = z(2) t(2b).
 struct alignas(64) PrimeTables {
-  // With z(k) a root of unity of order 2^k, z(k)^2 = z(k-1): twiddle[b] is the product of z(i+2)
-  // over the bits i set in b. So twiddle[2b]^2 = twiddle[b], twiddle[2b+1] = z(2) twiddle[2b].
-  double twiddle[kTwiddles];
-  double twiddle_even[kTwiddles];  // twiddle[2b]
-  double inverse[kTwiddles];       // 1 / twiddle[b]
-  double inverse_even[kTwiddles];
-  // chain[c][j] = c'th root^(1/2^j), roots in the order 1, -1, i, -i, w, -w, iw, -iw; i = z(2),
-  // w = z(3).
-  double chain[8][kChain];
-  double inverse_chain[8][kChain];
+  double base[kBaseBlocks];  // t(b), and the same for 2b and the inverses
+  double base_even[kBaseBlocks];
+  double inverse_base[kBaseBlocks];
+  double inverse_base_even[kBaseBlocks];
+  // What three levels of block b take: t(b), t(2b), t(2b+1), t(4b) to t(4b+3), nothing.
+  double pass[kPassBlocks][8];
+  double inverse_pass[kPassBlocks][8];
+  Chain chain[8];         // of the roots 1, -1, i, -i, w, -w, iw, -iw, where i = z(2), w = z(3)
   double halves[kChain];  // 2^-j
   double p;
   double p_inverse;  // rounded to nearest

@@ -15,19 +15,21 @@ struct Operand {
   std::size_t size;
 };
 
-// Coefficients i to i + W - 1 modulo p, at most 0.76; zero past the end of the operand.
-inline Vec coefficients(const Operand& a, std::size_t i, const Modulus& m) {
-  if (2 * i >= a.size) return all(0);
+// Coefficients i to i + W - 1 modulo p, all inside the operand; at most 0.76.
+inline Vec whole_coefficients(const Operand& a, std::size_t i, const Modulus& m) {
   Vec high;
   Vec low;
-  if (2 * (i + W) <= a.size) {
-    load_pairs(a.limbs + 2 * i, high, low);
-  } else {
-    std::uint32_t part[2 * W] = {};
-    for (std::size_t j = 2 * i; j < a.size; ++j) part[j - 2 * i] = a.limbs[j];
-    load_pairs(part, high, low);
-  }
+  load_pairs(a.limbs + 2 * i, high, low);
   return add(multiply_mod(high, all(1e8), m), low);
+}
+
+// The same, zero past the end of the operand.
+inline Vec coefficients(const Operand& a, std::size_t i, const Modulus& m) {
+  if (2 * i >= a.size) return all(0);
+  if (2 * (i + W) <= a.size) return whole_coefficients(a, i, m);
+  std::uint32_t part[2 * W] = {};
+  for (std::size_t j = 2 * i; j < a.size; ++j) part[j - 2 * i] = a.limbs[j];
+  return whole_coefficients({part, 2 * W}, 0, m);
 }
 
 struct TopRoots {
@@ -36,56 +38,88 @@ struct TopRoots {
 };
 
 inline TopRoots top_roots(const Prime& f) {
-  const Vec i = all(f.t->chain[2][0]);
-  return {i, all(f.t->chain[4][0]), all(f.t->chain[6][0]),
+  const Vec i = all(f.t->chain[2].root[0]);
+  return {i, all(f.t->chain[4].root[0]), all(f.t->chain[6].root[0]),
           multiply_mod(i, all(f.t->halves[1]), f.m)};
 }
 
-// Splits the operand into U pieces of h coefficients at x. Output at most 6.1: sums of up to eight
-// coefficients.
-template <int U>
-void split_top(double* x, const Operand& a, std::size_t h, const Prime& f) {
-  const Modulus m = f.m;
-  if constexpr (U == 1) {
-    for (std::size_t c = 0; c < h; c += W) store(x + c, coefficients(a, c, m));
-    return;
+// The first U values of a polynomial with the eight coefficients u (those from kUnits on are zero).
+template <int U, int kUnits>
+inline void split_column(double* x, std::size_t h, const Vec* u, const TopRoots& z,
+                         const Modulus& m) {
+  Vec s[4];
+  Vec d[4];
+  for (std::size_t j = 0; j < 4; ++j) {
+    const bool both = j + 4 < kUnits;
+    s[j] = both ? add(u[j], u[j + 4]) : u[j];
+    d[j] = both ? sub(u[j], u[j + 4]) : u[j];
   }
+  const Vec zero = all(0);
+  const Vec g2 = kUnits > 2 ? multiply_mod(d[2], z.i, m) : zero;
+  const Vec g3 = kUnits > 3 ? multiply_mod(d[3], z.i, m) : zero;
+  const Vec e0 = add(s[0], s[2]);
+  const Vec e1 = add(s[1], s[3]);
+  const Vec e2 = sub(s[0], s[2]);
+  const Vec e3 = multiply_mod(sub(s[1], s[3]), z.i, m);
+  Vec y[8];
+  y[0] = add(e0, e1);
+  y[1] = sub(e0, e1);
+  y[2] = add(e2, e3);
+  y[3] = sub(e2, e3);
+  const Vec t1 = multiply_mod(add(d[1], g3), z.w, m);
+  y[4] = add(add(d[0], g2), t1);
+  y[5] = sub(add(d[0], g2), t1);
+  const Vec t3 = multiply_mod(sub(d[1], g3), z.iw, m);
+  y[6] = add(sub(d[0], g2), t3);
+  y[7] = sub(sub(d[0], g2), t3);
+  for (std::size_t j = 0; j < U; ++j) store(x + j * h, y[j]);
+}
+
+// Columns [from, to) of split_top, in all of which exactly the first kUnits units of the operand
+// are present; or any where kUnits is 8.
+template <int U, int kUnits>
+inline void split_columns_of(double* x, const Operand& a, std::size_t h, std::size_t from,
+                             std::size_t to, const Prime& f) {
   const TopRoots z = top_roots(f);
-  for (std::size_t c = 0; c < h; c += W) {
+  const Modulus m = f.m;
+  for (std::size_t c = from; c < to; c += W) {
     Vec u[8];
     for (std::size_t j = 0; j < 8; ++j) {
-      u[j] = j < U ? coefficients(a, j * h + c, m) : all(0);
+      u[j] = all(0);
+      if (j >= U || j >= kUnits) continue;
+      u[j] = kUnits == 8 ? coefficients(a, j * h + c, m) : whole_coefficients(a, j * h + c, m);
     }
-    Vec s[4];
-    Vec d[4];
-    for (std::size_t j = 0; j < 4; ++j) {
-      s[j] = add(u[j], u[j + 4]);
-      d[j] = sub(u[j], u[j + 4]);
-    }
-    Vec y[8];
-    const Vec e0 = add(s[0], s[2]);
-    const Vec e1 = add(s[1], s[3]);
-    const Vec e2 = sub(s[0], s[2]);
-    const Vec e3 = multiply_mod(sub(s[1], s[3]), z.i, m);
-    y[0] = add(e0, e1);
-    y[1] = sub(e0, e1);
-    y[2] = add(e2, e3);
-    y[3] = sub(e2, e3);
-    const Vec g2 = multiply_mod(d[2], z.i, m);
-    const Vec g3 = multiply_mod(d[3], z.i, m);
-    const Vec t1 = multiply_mod(add(d[1], g3), z.w, m);
-    y[4] = add(add(d[0], g2), t1);
-    y[5] = sub(add(d[0], g2), t1);
-    const Vec t3 = multiply_mod(sub(d[1], g3), z.iw, m);
-    y[6] = add(sub(d[0], g2), t3);
-    y[7] = sub(sub(d[0], g2), t3);
-    for (std::size_t j = 0; j < U; ++j) store(x + j * h + c, y[j]);
+    split_column<U, kUnits>(x + c, h, u, z, m);
   }
 }
 
+// Splits the operand into U pieces of h coefficients at x. Output at most 6.1: sums of up to eight
+// coefficients. Most columns hold two to four units whole, because a product leaves room for the
+// other factor; the general code takes what is left.
+template <int U>
+void split_top(double* x, const Operand& a, std::size_t h, const Prime& f) {
+  if constexpr (U == 1) {
+    for (std::size_t c = 0; c < h; c += W) store(x + c, coefficients(a, c, f.m));
+    return;
+  }
+  const std::size_t whole = a.size / (2 * W) * W;  // coefficients in whole vectors
+  const std::size_t units = whole / h;
+  const std::size_t edge = whole - units * h;  // in columns before this there is one unit more
+  const std::size_t next = 2 * whole < a.size ? edge + W : edge;
+  const auto columns = [&](std::size_t count, std::size_t from, std::size_t to) {
+    if (count == 2) return split_columns_of<U, 2>(x, a, h, from, to, f);
+    if (count == 3) return split_columns_of<U, 3>(x, a, h, from, to, f);
+    if (count == 4) return split_columns_of<U, 4>(x, a, h, from, to, f);
+    split_columns_of<U, 8>(x, a, h, from, to, f);
+  };
+  columns(units + 1, 0, edge);
+  columns(0, edge, next);
+  columns(units, next, h);
+}
+
 // The part beyond y^4 - 1 on the way back: from four times the product modulo y^4 - 1 in s (at most
-// 2.1) and the reduced values y[4..U-1], eight times its quotient by y^4 - 1 in g[0..U-5], at
-// most 6.
+// 12) and the values y[4..U-1] (at most 3), eight times its quotient by y^4 - 1 in g[0..U-5], at
+// most 25.5; what is multiplied on the way stays within 51.
 template <int U>
 inline void quotient_top(Vec* g, const Vec* s, const Vec* y, const TopRoots& z, Vec inverse_w,
                          const Modulus& m) {
@@ -124,17 +158,17 @@ inline void difference_top(Vec* d, const Vec* y, const TopRoots& v, Vec inverse_
   d[3] = multiply_mod(sub(e1, e3), v.i, m);
 }
 
-// Undoes split_top up to a factor 8. Input up to 12, output at most 10.
+// Undoes split_top up to a factor 8. Input up to 3, output at most 50.
 template <int U>
 void join_top(double* x, std::size_t h, const Prime& f) {
   const Modulus m = f.m;
   const TopRoots z = top_roots(f);
-  const TopRoots v = {all(f.t->inverse_chain[2][0]), all(0), all(0), all(0)};
-  const Vec inverse_w = all(f.t->inverse_chain[4][0]);
-  const Vec inverse_iw = all(f.t->inverse_chain[6][0]);
+  const TopRoots v = {all(f.t->chain[2].inverse[0]), all(0), all(0), all(0)};
+  const Vec inverse_w = all(f.t->chain[4].inverse[0]);
+  const Vec inverse_iw = all(f.t->chain[6].inverse[0]);
   for (std::size_t c = 0; c < h; c += W) {
     Vec y[8];
-    for (std::size_t j = 0; j < U; ++j) y[j] = reduce(load(x + j * h + c), m);
+    for (std::size_t j = 0; j < U; ++j) y[j] = load(x + j * h + c);
     const Vec e0 = add(y[0], y[1]);
     const Vec e1 = sub(y[0], y[1]);
     const Vec e2 = add(y[2], y[3]);

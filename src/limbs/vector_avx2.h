@@ -37,6 +37,12 @@ inline Vec round_of(Vec x) {
 // x moved one lane to the front, the first lane of y behind it.
 inline Vec shift_in(Vec x, Vec y) { return _mm256_permute4x64_pd(_mm256_blend_pd(x, y, 1), 0x39); }
 
+// r0, r1, r1 and five times r2, for the twiddles of three levels.
+inline void spread(Vec* v, const double* r) {
+  v[0] = _mm256_permute4x64_pd(load_unaligned(r), 0x94);
+  v[1] = all(r[2]);
+}
+
 inline void transpose(Vec* v) {
   const Vec a0 = _mm256_unpacklo_pd(v[0], v[1]);
   const Vec a1 = _mm256_unpackhi_pd(v[0], v[1]);
@@ -99,4 +105,52 @@ inline Columns low_bits(Columns x, int bits) {
 }
 inline Columns high_bits(Columns x, int bits) {
   return _mm256_srl_epi64(x, _mm_cvtsi32_si128(bits));
+}
+
+// Sums and differences of 8 limbs, turned so that lane 0 is the last one; see vector_avx512.h.
+constexpr std::size_t kSumLimbs = 8;
+
+inline __m256i turn(__m256i x) {
+  return _mm256_permutevar8x32_epi32(x, _mm256_set_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+}
+inline __m256i load_turned(const std::uint32_t* p) {
+  return turn(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)));
+}
+inline void store_turned(std::uint32_t* p, __m256i x) {
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), turn(x));
+}
+inline std::uint32_t lanes_of(__m256i x) {
+  return static_cast<std::uint32_t>(_mm256_movemask_ps(_mm256_castsi256_ps(x)));
+}
+// All bits of the lanes whose bit is set in the lower eight of x.
+inline __m256i mask_of(std::uint32_t x) {
+  const __m256i bits = _mm256_set_epi32(128, 64, 32, 16, 8, 4, 2, 1);
+  const __m256i all_bits = _mm256_set1_epi32(static_cast<int>(x));
+  return _mm256_cmpeq_epi32(_mm256_and_si256(all_bits, bits), bits);
+}
+inline std::uint32_t spread_carries(__m256i made, __m256i passed, std::uint32_t carry) {
+  const std::uint32_t p = lanes_of(passed);
+  return (2 * lanes_of(made) + carry + p) ^ p;
+}
+inline std::uint32_t add_block(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                               std::uint32_t carry) {
+  const __m256i base = _mm256_set1_epi32(kLimbBase);
+  const __m256i last = _mm256_set1_epi32(kLimbBase - 1);
+  const __m256i t = _mm256_add_epi32(load_turned(a), load_turned(b));
+  const std::uint32_t in =
+      spread_carries(_mm256_cmpgt_epi32(t, last), _mm256_cmpeq_epi32(t, last), carry);
+  const __m256i sum = _mm256_sub_epi32(t, mask_of(in));
+  store_turned(r, _mm256_min_epu32(sum, _mm256_sub_epi32(sum, base)));
+  return in >> 8;
+}
+inline std::uint32_t subtract_block(std::uint32_t* r, const std::uint32_t* a,
+                                    const std::uint32_t* b, std::uint32_t borrow) {
+  const __m256i base = _mm256_set1_epi32(kLimbBase);
+  const __m256i zero = _mm256_setzero_si256();
+  const __m256i t = _mm256_sub_epi32(load_turned(a), load_turned(b));
+  const std::uint32_t in =
+      spread_carries(_mm256_cmpgt_epi32(zero, t), _mm256_cmpeq_epi32(t, zero), borrow);
+  const __m256i left = _mm256_add_epi32(t, mask_of(in));
+  store_turned(r, _mm256_min_epu32(left, _mm256_add_epi32(left, base)));
+  return in >> 8;
 }

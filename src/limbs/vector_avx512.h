@@ -40,6 +40,11 @@ inline Vec shift_in(Vec x, Vec y) {
       _mm512_alignr_epi64(_mm512_castpd_si512(y), _mm512_castpd_si512(x), 1));
 }
 
+// r0, r1, r1 and five times r2, for the twiddles of three levels.
+inline void spread(Vec* v, const double* r) {
+  v[0] = _mm512_permutexvar_pd(_mm512_setr_epi64(0, 1, 1, 2, 2, 2, 2, 2), load_unaligned(r));
+}
+
 inline void transpose(Vec* v) {
   Vec a[8];
   Vec b[8];
@@ -102,4 +107,45 @@ inline Columns low_bits(Columns x, int bits) {
 }
 inline Columns high_bits(Columns x, int bits) {
   return _mm512_srl_epi64(x, _mm_cvtsi32_si128(bits));
+}
+
+// Sums and differences of 16 limbs, turned so that lane 0 is the last one. Lanes that make a
+// carry (`made`) and lanes that pass one on (`passed`) meet in one binary addition, whose carries
+// are the decimal ones.
+constexpr std::size_t kSumLimbs = 16;
+
+inline __m512i load_turned(const std::uint32_t* p) {
+  const __m512i order = _mm512_set_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+  return _mm512_permutexvar_epi32(order, _mm512_loadu_si512(p));
+}
+inline void store_turned(std::uint32_t* p, __m512i x) {
+  const __m512i order = _mm512_set_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+  _mm512_storeu_si512(p, _mm512_permutexvar_epi32(order, x));
+}
+inline std::uint32_t spread_carries(__mmask16 made, __mmask16 passed, std::uint32_t carry) {
+  return (2u * made + carry + passed) ^ passed;
+}
+inline std::uint32_t add_block(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                               std::uint32_t carry) {
+  const __m512i base = _mm512_set1_epi32(kLimbBase);
+  const __m512i last = _mm512_set1_epi32(kLimbBase - 1);
+  const __m512i one = _mm512_set1_epi32(1);
+  const __m512i t = _mm512_add_epi32(load_turned(a), load_turned(b));
+  const std::uint32_t in =
+      spread_carries(_mm512_cmpgt_epi32_mask(t, last), _mm512_cmpeq_epi32_mask(t, last), carry);
+  const __m512i sum = _mm512_mask_add_epi32(t, static_cast<__mmask16>(in), t, one);
+  store_turned(r, _mm512_min_epu32(sum, _mm512_sub_epi32(sum, base)));
+  return in >> 16;
+}
+inline std::uint32_t subtract_block(std::uint32_t* r, const std::uint32_t* a,
+                                    const std::uint32_t* b, std::uint32_t borrow) {
+  const __m512i base = _mm512_set1_epi32(kLimbBase);
+  const __m512i zero = _mm512_setzero_si512();
+  const __m512i one = _mm512_set1_epi32(1);
+  const __m512i t = _mm512_sub_epi32(load_turned(a), load_turned(b));
+  const std::uint32_t in =
+      spread_carries(_mm512_cmplt_epi32_mask(t, zero), _mm512_cmpeq_epi32_mask(t, zero), borrow);
+  const __m512i left = _mm512_mask_sub_epi32(t, static_cast<__mmask16>(in), t, one);
+  store_turned(r, _mm512_min_epu32(left, _mm512_add_epi32(left, base)));
+  return in >> 16;
 }

@@ -75,6 +75,12 @@ inline Vec subtract_multiple(Vec x, Vec q, Vec m) { return sub(x, scale(q, m)); 
 // x moved one lane to the front, the first lane of y behind it.
 inline Vec shift_in(Vec x, Vec y) { return {{x.v[1], x.v[2], x.v[3], y.v[0]}}; }
 
+// r0, r1, r1 and five times r2, for the twiddles of three levels.
+inline void spread(Vec* v, const double* r) {
+  v[0] = {{r[0], r[1], r[1], r[2]}};
+  v[1] = all(r[2]);
+}
+
 inline void transpose(Vec* v) {
   for (std::size_t i = 0; i < W; ++i) {
     for (std::size_t j = i + 1; j < W; ++j) {
@@ -149,4 +155,40 @@ inline Columns low_bits(Columns x, int bits) {
 inline Columns high_bits(Columns x, int bits) {
   for (std::size_t i = 0; i < W; ++i) x.v[i] >>= bits;
   return x;
+}
+
+// Sums and differences, kSumLimbs limbs at a time from the end; the carry comes in and goes out.
+// Two limbs in one word, each biased by what 32 bits hold beyond a limb, so that a decimal carry
+// becomes a binary one; halves without a carry give the bias back.
+constexpr std::size_t kSumLimbs = 2;
+constexpr std::uint64_t kSlack = (std::uint64_t{1} << 32) - kLimbBase;
+
+inline std::uint64_t load_pair(const std::uint32_t* p) {
+  return static_cast<std::uint64_t>(p[0]) << 32 | p[1];
+}
+inline void store_pair(std::uint32_t* p, std::uint64_t w) {
+  p[0] = static_cast<std::uint32_t>(w >> 32);
+  p[1] = static_cast<std::uint32_t>(w);
+}
+inline std::uint32_t add_block(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                               std::uint32_t carry) {
+  const std::uint64_t x = load_pair(a);
+  const std::uint64_t y = load_pair(b) + (kSlack << 32 | kSlack);
+  const std::uint64_t partial = x + y;
+  const std::uint64_t sum = partial + carry;
+  const std::uint64_t high = (partial < x ? 1u : 0u) | (sum < partial ? 1u : 0u);
+  const std::uint64_t low = ((x ^ y ^ sum) >> 32) & 1;  // the carry into the upper half
+  store_pair(r, sum - (kSlack & (low - 1)) - ((kSlack << 32) & (high - 1)));
+  return static_cast<std::uint32_t>(high);
+}
+inline std::uint32_t subtract_block(std::uint32_t* r, const std::uint32_t* a,
+                                    const std::uint32_t* b, std::uint32_t borrow) {
+  const std::uint64_t x = load_pair(a);
+  const std::uint64_t y = load_pair(b);
+  const std::uint64_t partial = x - y;
+  const std::uint64_t left = partial - borrow;
+  const std::uint64_t high = (x < y ? 1u : 0u) | (partial < borrow ? 1u : 0u);
+  const std::uint64_t low = ((x ^ y ^ left) >> 32) & 1;
+  store_pair(r, left - (kSlack & (0 - low)) - ((kSlack << 32) & (0 - high)));
+  return static_cast<std::uint32_t>(high);
 }

@@ -76,16 +76,19 @@ check("forward values: 6.1 + 3/4 for each level within 64",
 
 # Places of the reconstruction.
 bias = numbers(crt, "kBias")[0]
-v = Fraction(3, 4) * p
-place = v + 6 * (v + 1) + 7 * BASE
+v = Fraction(51, 100) * p
+place = v + 5 * (v + 1) + 5 * BASE
+top = primes[0] * primes[1] // BASE**3 * (Fraction(p, 4) + 1)
+check("p1 p2 has four limbs", primes[0] * primes[1] < BASE**4)
 check("a place without its bias is less than the bias", place < bias * (BASE - 1))
-check("a place with its bias is below 2^49", place + bias * BASE < 2**49)
+check("a place with its bias is below 2^51", place + top + bias * BASE < 2**51)
 inverse = Fraction(float("1e-8"))
-check("the double 1e-8 is above 10^-8, by less than 2^-52 of it",
-      0 < inverse - Fraction(1, BASE) < Fraction(1, BASE * 2**52))
+check("the double 1e-8 is above 10^-8, by less than 2^-55 of it",
+      0 < inverse - Fraction(1, BASE) < Fraction(1, BASE * 2**55))
 # One more rounding of 2^-53 in the product.
-check("floor(x 1e-8) is exact below 2^50",
-      2**50 * (inverse * (1 + Fraction(1, 2**53)) - Fraction(1, BASE)) < Fraction(1, BASE))
+check("floor(x 1e-8) is exact below 2^52",
+      2**52 * (inverse * (1 + Fraction(1, 2**53)) - Fraction(1, BASE)) < Fraction(1, BASE))
+check("what a pair hands to the left is below 2^25", 2**51 // BASE < 2**25)
 
 column = numbers(target, "kMaxColumn")[0]
 check("kMaxColumn: the most products of limbs in 64 bits",

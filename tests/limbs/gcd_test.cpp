@@ -28,7 +28,7 @@ Number times(const mpz_class& a, const Number& b) {
 TEST(Gcd, AgainstOracle) {
   Operands operands(8);
   for (int round = 0; round < 1500; ++round) {
-    const unsigned most = round % 50 == 0 ? 200 : 14;
+    const unsigned most = round % 100 == 0 ? 2000 : round % 10 == 0 ? 400 : 14;
     const Number a = operands.number(operands.below(most));
     const Number b = operands.number(operands.below(most));
     expect_gcd(a, b);
@@ -40,9 +40,21 @@ TEST(Gcd, AgainstOracle) {
     expect_gcd(times(big(common), a), common);
     if (HasFatalFailure()) return;
   }
+  // Euclid's algorithm backwards, with a long quotient now and then.
+  for (int round = 0; round < 30; ++round) {
+    mpz_class x = big(operands.number(1 + operands.below(30)));
+    mpz_class y = 0;
+    while (mpz_sizeinbase(x.get_mpz_t(), 10) < 12000) {
+      const unsigned length = operands.below(40) == 0 ? 300 : operands.below(3) == 0 ? 5 : 1;
+      y += x * big(operands.number(1 + operands.below(length)));
+      swap(x, y);
+    }
+    expect_gcd(times(x, {1}), times(y, {1}));
+    if (HasFatalFailure()) return;
+  }
   mpz_class high;
   mpz_class low;
-  for (unsigned n = 1; n < 1500; n += 7) {
+  for (unsigned n = 1; n < 90000; n += n / 8 + 1) {
     mpz_fib2_ui(high.get_mpz_t(), low.get_mpz_t(), n + 2);
     expect_gcd(times(high, {123, 45678}), times(low, {123, 45678}));
     if (HasFatalFailure()) return;

@@ -1,0 +1,21 @@
+// The half gcd: the first half of Euclid's algorithm on two long numbers, done by multiplications.
+#pragma once
+
+#include "base/limb.h"
+#include "limbs/lehmer.h"
+#include "limbs/workspace.h"
+
+namespace tivelo::limbs {
+
+// From this many limbs on it is faster than single steps.
+inline constexpr std::size_t kHalfGcd = 400;
+
+// Bytes of workspace that half_gcd() of n limbs takes at most.
+std::size_t half_gcd_workspace(std::size_t n);
+
+// Replaces x >= y by two shorter numbers with the same gcd, both of about 3/4 of their length if
+// the quotients on the way are short. False, with both unchanged, where y is shorter than that or
+// the first quotient would make it so. y has room for x.size limbs.
+bool half_gcd(Operand& x, Operand& y, Workspace ws);
+
+}  // namespace tivelo::limbs

@@ -1,0 +1,42 @@
+// One step of Lehmer's method: the quotients of Euclid's algorithm found on the leading 63 bits of
+// two long numbers, collected in a matrix with small entries and applied to both in one pass.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#include "base/limb.h"
+#include "limbs/arith.h"
+
+namespace tivelo::limbs {
+
+// A number that changes its length: the last `size` limbs of its room.
+struct Operand {
+  Limbs room;
+  std::size_t size = 0;
+
+  Limbs run() const { return room.last(size); }
+  void set(ConstLimbs a) {
+    size = a.size();
+    std::copy(a.begin(), a.end(), run().begin());
+  }
+  void trim() { size = strip(run()).size(); }
+};
+
+// x' = a x + b y, y' = c x + d y with determinant 1 or -1, which keeps the gcd; entries are below
+// 2^31 in size. Either a, d >= 0 >= b, c or a, d <= 0 <= b, c.
+struct LehmerStep {
+  std::int64_t a = 1, b = 0, c = 0, d = 1;
+
+  bool trivial() const { return b == 0; }
+};
+
+// A step that shortens x >= y by about 31 bits and leaves both results positive, the smaller at
+// least x / 2^33; trivial where the first quotient is too large. x has three limbs at least.
+LehmerStep lehmer_step(ConstLimbs x, ConstLimbs y);
+
+// Both numbers replaced by those of a step found for them; x.size >= y.size, room for x.size limbs
+// in y.
+void apply(const LehmerStep& step, Operand& x, Operand& y);
+
+}  // namespace tivelo::limbs
