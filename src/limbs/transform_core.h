@@ -321,7 +321,7 @@ void convolve(double* a, double* b, int k, const Chain& r, const Prime& f) {
   if (k <= kLeaf) return leaf<kMode>(a, b, k, r, f);
   const std::size_t n = std::size_t{1} << k;
   forward_pass<3, kMode>(a, b, n, 0, r, f);
-  Chain child;
+  Chain child = {};
   for (std::size_t c = 0; c < 8; ++c) {
     child_chain(child, r, 3, c, k - 3, f);
     convolve<kMode>(a + c * (n / 8), b + c * (n / 8), k - 3, child, f);
