@@ -148,7 +148,9 @@ std::string tame(std::string_view bytes) {
     if (c == ':') named = true;
     if (c == '/' && named) text[i] = '_';
     if (at_start && (c == 'R' || c == 'r')) tame_repeat(text, i, in_block);
-    if (at_start && (c == '{' || c == '}')) in_block = c == '{';
+    if (at_start && c == '{') in_block = true;
+    // Any other line may be refused, or not end where it seems to: the block could go on.
+    if (c == '}' && text.substr(i - std::min<std::size_t>(i, 1), 3) == "\n}\n") in_block = false;
     at_start = is_control(c) || c == ',';
   }
   return text;
