@@ -91,7 +91,7 @@ class Folder {
 
 void limit_time(int seconds) {
   const itimerval timer = {{0, 0}, {seconds, 0}};
-  ::setitimer(ITIMER_VIRTUAL, &timer, nullptr);
+  ::setitimer(ITIMER_PROF, &timer, nullptr);
 }
 
 bool is_control(char c) { return (c >= 0 && c < ' ') || c == 127; }
@@ -110,7 +110,7 @@ void tame_repeat(std::string& text, std::size_t at, bool in_block) {
 
 Outcome run(const Run& run) {
   static Folder folder;
-  static const bool timed = std::signal(SIGVTALRM, cut) != SIG_ERR;
+  static const bool timed = std::signal(SIGPROF, cut) != SIG_ERR;
   demand(timed, "a timer");
   folder.enter(run.files);
   Outcome outcome;
