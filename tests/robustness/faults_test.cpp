@@ -294,7 +294,7 @@ TEST(Faults, HugeCounts) {
   for (const char* precision : {"0", "5"}) {
     const Outcome outcome = run({typed + "A=5\n", {precision}});
     EXPECT_EQ(outcome.status, 0) << precision;
-    EXPECT_TRUE(outcome.out.ends_with("A= 5 \n? \n")) << precision;
+    EXPECT_TRUE(outcome.out.ends_with("A= 5 \n\n? \n")) << precision;
     EXPECT_EQ(outcome.err, "");
   }
 }
