@@ -17,20 +17,19 @@ tivelo::In console_in;
 tivelo::Out console_out;
 tivelo::Out console_errors;
 
-// A stream that was handed over closed leaves its number to the next file opened, which would then
-// receive what the console prints. Opened to read only, the number is taken and still not writable.
-void hold_closed_streams() {
-  int descriptor = 0;
-  while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::open("/dev/null", O_RDONLY);
-  if (descriptor > STDERR_FILENO) ::close(descriptor);
+// A standard descriptor that is closed would be the one that the next file opened gets: a print
+// file in place of the console. A folder takes its place, which can be neither read nor written.
+void occupy_closed_descriptors() {
+  for (const int descriptor : {input, output, errors})
+    if (::fcntl(descriptor, F_GETFD) < 0) (void)::open("/", O_RDONLY);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  occupy_closed_descriptors();
   // An output that nobody reads any more is noticed when it is written.
   std::signal(SIGPIPE, SIG_IGN);
-  hold_closed_streams();
   console_in.fill = tivelo::fill_descriptor;
   console_in.context = &input;
   console_out.drain = tivelo::drain_descriptor;
