@@ -35,7 +35,6 @@ int read_cell_operand(const char* text, numf* target) {
   }
   const int v = text[0] - 'A';
   mclear(target);
-  set_one_limb(target->c, 0);
   if (cell_is_free(v, k)) {
     unpack_cell(read_cell(v, k), target);
   } else {

@@ -66,10 +66,9 @@ int read_second(Level& level, int position) {
   return count < 0 ? count : position + count;
 }
 
-// a = |b| / |gcd| for gcd > 0 that divides b.
-void exact_quotient(num* a, const num* b, const num* gcd) {
-  rncopy(a, b);
-  nndiv(a, Ze, b, gcd);
+// a = a / divisor, which divides it.
+void exact_quotient(num* a, const num* divisor) {
+  nndiv(a, nullptr, a, divisor);
   trim(a, a->len);
 }
 
@@ -123,10 +122,12 @@ int apply_lcm(Level& level, numf* operand, int position) {
   if (position < 0) return position;
   num* a = operand->c;
   num* b = level.auxiliary.c;
-  if (has_value(a) && has_value(b)) {
-    ngcm(level.auxiliary.m, a, b);
-    exact_quotient(b, b, level.auxiliary.m);
+  if (!has_value(a) || !has_value(b)) {
+    clear(a);
+    return position;
   }
+  ngcm(level.auxiliary.m, a, b);
+  exact_quotient(b, level.auxiliary.m);
   (void)prod(a, a, b);  // a refused product leaves the operand and has been explained
   return position;
 }
