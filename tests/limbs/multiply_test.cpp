@@ -159,6 +159,14 @@ TEST_P(Multiply, LargestOperands) {
   }
 }
 
+// Two numbers of 28 million digits, the largest there are.
+TEST(MultiplyTargets, LongestOperands) {
+  const std::size_t n = 3500000;
+  const Number a(n, kBase - 1);
+  expect_largest(n, n - 1, product_by(Method::kChosen, a, Number(n - 1, kBase - 1)));
+  expect_largest(n, n, square_by(Method::kChosen, a));
+}
+
 TEST(MultiplyTargets, UnknownNameChangesNothing) {
   const Target* before = &target();
   EXPECT_FALSE(force_target("none"));
