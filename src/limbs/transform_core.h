@@ -313,28 +313,18 @@ void leaf(double* a, double* b, int k, const Chain& r, const Prime& f) {
   for (; level > 0; level -= 2) inverse_pass<2>(a, n, level - 2, r, f);
 }
 
-template <Mode kMode>
-void convolve(double* a, double* b, int k, const Chain& r, const Prime& f);
-
-template <int kLevels, Mode kMode>
-void convolve_pieces(double* a, double* b, int k, const Chain& r, const Prime& f) {
-  const std::size_t n = std::size_t{1} << k;
-  forward_pass<kLevels, kMode>(a, b, n, 0, r, f);
-  Chain child;
-  for (std::size_t c = 0; c < std::size_t{1} << kLevels; ++c) {
-    child_chain(child, r, kLevels, c, k - kLevels, f);
-    const std::size_t at = c * (n >> kLevels);
-    convolve<kMode>(a + at, b + at, k - kLevels, child, f);
-  }
-  if constexpr (kMode != Mode::kForward) inverse_pass<kLevels>(a, n, 0, r, f);
-}
-
 // The product of a and b modulo x^n - v, n = 2^k, into a, times n / 2. Depth first: once a piece
 // fits a cache, it stays there until it is done with. Input up to 6.1; each of the k - 1 <= 22
 // levels adds 0.75, so nothing exceeds 23. Output at most 3.
 template <Mode kMode>
 void convolve(double* a, double* b, int k, const Chain& r, const Prime& f) {
   if (k <= kLeaf) return leaf<kMode>(a, b, k, r, f);
-  if (k <= kLeaf + 2) return convolve_pieces<2, kMode>(a, b, k, r, f);
-  convolve_pieces<3, kMode>(a, b, k, r, f);
+  const std::size_t n = std::size_t{1} << k;
+  forward_pass<3, kMode>(a, b, n, 0, r, f);
+  Chain child = {};
+  for (std::size_t c = 0; c < 8; ++c) {
+    child_chain(child, r, 3, c, k - 3, f);
+    convolve<kMode>(a + c * (n / 8), b + c * (n / 8), k - 3, child, f);
+  }
+  if constexpr (kMode != Mode::kForward) inverse_pass<3>(a, n, 0, r, f);
 }
