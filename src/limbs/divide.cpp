@@ -11,16 +11,14 @@
 #include "limbs/long_division.h"
 #include "limbs/multiply.h"
 #include "limbs/reciprocal.h"
+#include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
 namespace {
 
-// Lengths (in limbs, of the shorter of quotient and divisor) from which recursion and the
-// reciprocal gain, and the longest quotient that rows produce in one go.
-constexpr std::size_t kRecursion = 400;
-constexpr std::size_t kReciprocal = 1000;
+// The longest quotient that rows produce in one go.
 constexpr std::size_t kRowChunk = 1024;
-static_assert(kRecursion < kLongDivisionLimit && kReciprocal > kRecursion);
+static_assert(kDivideRecursion < kLongDivisionLimit && kDivideReciprocal > kDivideRecursion);
 
 // Quotient limbs found with one multiplication by the reciprocal: enough pieces that computing
 // the reciprocal does not cost more than using it; at most n - 2, so that the divisor has
@@ -107,10 +105,10 @@ void divide_block(Limbs q, Limbs u, ConstLimbs b, Workspace ws) {
   const std::size_t m = q.size();
   const std::size_t n = b.size();
   assert(u.size() == n + m);
-  if (n > 2 * m + kRecursion) return divide_cut(q, u, b, ws);
-  if (std::min(m, n) < kRecursion) return long_divide(q, u.last(n), u, b, ws);
+  if (n > 2 * m + kDivideRecursion) return divide_cut(q, u, b, ws);
+  if (std::min(m, n) < kDivideRecursion) return long_divide(q, u.last(n), u, b, ws);
   if (n > m + 1) return divide_cut(q, u, b, ws);
-  if (n < kReciprocal) {
+  if (n < kDivideReciprocal) {
     const std::size_t upper = (m + 1) / 2;
     divide_block(q.first(upper), u.first(n + upper), b, ws);
     divide_block(q.subspan(upper), u.subspan(upper), b, ws);
@@ -127,7 +125,7 @@ void divide_block(Limbs q, Limbs u, ConstLimbs b, Workspace ws) {
 
 // Limbs of the quotient that divide() finds at a time: bounds its workspace by the divisor.
 std::size_t chunk_length(std::size_t m, std::size_t n) {
-  return std::min(m, n < kReciprocal ? std::max(kRowChunk, n) : 2 * n);
+  return std::min(m, n < kDivideReciprocal ? std::max(kRowChunk, n) : 2 * n);
 }
 
 }  // namespace
@@ -135,19 +133,19 @@ std::size_t chunk_length(std::size_t m, std::size_t n) {
 std::size_t divide_workspace(std::size_t na, std::size_t nb) {
   const std::size_t chunk = chunk_length(na - nb + 1, nb);
   const std::size_t k = std::min(chunk, nb);
-  const std::size_t rows = std::min(nb, 3 * kRecursion);
+  const std::size_t rows = std::min(nb, 3 * kDivideRecursion);
   std::size_t size = Workspace::bytes<Limb>(nb + chunk) +
                      long_divide_workspace(rows + std::min(chunk, kRowChunk), rows);
-  if (nb < kRecursion) return size;
+  if (nb < kDivideRecursion) return size;
   size += Workspace::bytes<Limb>(nb + k + 8) + multiply_workspace(k + 3, nb);
-  if (nb < kReciprocal || k < kRecursion) return size;
+  if (nb < kDivideReciprocal || k < kDivideRecursion) return size;
   return size + Workspace::bytes<Limb>(k + 3) + reciprocal_workspace(k);
 }
 
 // Pieces and divisor together have at most na + 1 limbs, pieces alone at most half of that.
 std::size_t divide_workspace(std::size_t na) {
   const std::size_t half = na / 2 + 1;
-  const std::size_t rows = std::min(na, 3 * kRecursion);
+  const std::size_t rows = std::min(na, 3 * kDivideRecursion);
   return 2 * Workspace::bytes<Limb>(na + 9) +
          long_divide_workspace(rows + std::min(na, kRowChunk), rows) +
          multiply_workspace(half + 3, half) + Workspace::bytes<Limb>(half + 3) +
@@ -162,7 +160,7 @@ void divide(Limbs q, Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
     r[0] = divide_limb(q, a, b[0]);
     return;
   }
-  if (std::min(m, n) < kRecursion && m <= kRowChunk && n <= 2 * m + kRecursion) {
+  if (std::min(m, n) < kDivideRecursion && m <= kRowChunk && n <= 2 * m + kDivideRecursion) {
     return long_divide(q, r, a, b, ws);
   }
   // A zero limb and the leading n - 1 limbs of a are the first remainder.

@@ -10,6 +10,7 @@
 #include "limbs/divide.h"
 #include "limbs/half_gcd.h"
 #include "limbs/lehmer.h"
+#include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
 namespace {

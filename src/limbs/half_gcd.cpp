@@ -14,12 +14,10 @@
 
 #include "limbs/divide.h"
 #include "limbs/multiply.h"
+#include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
 namespace {
-
-// Reductions by fewer limbs than this go step by step.
-constexpr std::size_t kSteps = 32;
 
 // x' = a x - b y, y' = d y - c x, or both negated if `odd`.
 struct Reduction {
@@ -207,7 +205,7 @@ bool reduce_leading(Numbers& v, Reduction* all, std::size_t k, Workspace ws) {
 // unless a quotient leaps over it.
 void reduce(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
   const std::size_t k = v.x.size - h;
-  if (k >= kSteps) {
+  if (k >= kHalfGcdSteps) {
     const std::size_t middle = v.x.size - k / 2;
     reduce_leading(v, &m, k / 2, ws);
     // Two quotients bring x down to where y is.
@@ -233,7 +231,7 @@ std::size_t half_gcd_workspace(std::size_t n) {
   std::size_t size = std::max(dividing, extending);
   for (std::size_t m = top;; m = m * 5 / 8 + 4) {
     size += 2 * Workspace::bytes<Limb>(m) + identity_workspace(m / 2 + 4);
-    if (m < 2 * kSteps) break;
+    if (m < 2 * kHalfGcdSteps) break;
   }
   return size;
 }

@@ -7,9 +7,6 @@
 
 namespace tivelo::limbs {
 
-// From this many limbs on it is faster than single steps.
-inline constexpr std::size_t kHalfGcd = 400;
-
 // Bytes of workspace that half_gcd() of n limbs takes at most.
 std::size_t half_gcd_workspace(std::size_t n);
 

@@ -10,15 +10,10 @@
 
 #include "limbs/arith.h"
 #include "limbs/multiply.h"
+#include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
 namespace {
-
-// Factors that one multiplication by a limb each joins.
-constexpr std::size_t kLeaf = 24;
-
-// Below this factorials are falling products.
-constexpr std::uint32_t kSwing = 300;
 
 // Limbs of a number of `bits` bits, rounded up: log(2) / log(10^8) < 78 / 2048.
 constexpr std::size_t limbs_of_bits(std::size_t bits) { return bits * 78 / 2048 + 1; }
@@ -33,7 +28,7 @@ std::size_t room(std::size_t count, std::uint32_t largest) {
 template <typename Factor>
 ConstLimbs tree(Limbs r, std::size_t first, std::size_t count, std::uint32_t largest,
                 const Factor& factor, Workspace ws) {
-  if (count > kLeaf) {
+  if (count > kProductLeaf) {
     const std::size_t half = count / 2;
     const Limbs left = ws.take<Limb>(room(half, largest));
     const Limbs right = ws.take<Limb>(room(count - half, largest));
@@ -130,7 +125,7 @@ std::size_t product_workspace(std::size_t count, std::uint32_t largest) {
   std::size_t size = Workspace::bytes<Limb>(room(count, largest));
   const std::size_t half = count - count / 2;
   size += multiply_workspace(room(half, largest), room(half, largest));
-  for (std::size_t n = count; n > kLeaf;) {
+  for (std::size_t n = count; n > kProductLeaf;) {
     n -= n / 2;
     size += 2 * Workspace::bytes<Limb>(room(n, largest));
   }
@@ -152,10 +147,10 @@ std::size_t falling_product(Limbs r, std::uint32_t n, std::uint32_t k, Workspace
 }
 
 std::size_t factorial_workspace(std::uint32_t n, std::size_t limbs) {
-  if (n < kSwing) return product_workspace(n, n);
+  if (n < kFactorialSwing) return product_workspace(n, n);
   return Workspace::bytes<std::uint64_t>(n / 128 + 1) + 2 * Workspace::bytes<Limb>(limbs + 1) +
          Workspace::bytes<Limb>(swing_room(n)) +
-         std::max({product_workspace(kSwing, kSwing),
+         std::max({product_workspace(kFactorialSwing, kFactorialSwing),
                    Workspace::bytes<std::uint32_t>(swing_factors(n)) +
                        product_workspace(swing_factors(n), kBase - 1),
                    multiply_workspace(limbs / 2 + 1, limbs / 2 + 1),
@@ -163,13 +158,13 @@ std::size_t factorial_workspace(std::uint32_t n, std::size_t limbs) {
 }
 
 std::size_t factorial(Limbs r, std::uint32_t n, Workspace ws) {
-  if (n < kSwing) return falling_product(r, n, n, ws);
+  if (n < kFactorialSwing) return falling_product(r, n, n, ws);
   const std::span<const std::uint64_t> odd = sieve(n, ws);
   const Limbs one = ws.take<Limb>(r.size() + 1);
   const Limbs two = ws.take<Limb>(r.size() + 1);
   const Limbs factor = ws.take<Limb>(swing_room(n));
   int halvings = 0;
-  while (n >> halvings >= kSwing) ++halvings;
+  while (n >> halvings >= kFactorialSwing) ++halvings;
   std::size_t length = falling_product(one, n >> halvings, n >> halvings, ws);
   while (halvings > 0) {
     const ConstLimbs part = swing(factor, n >> --halvings, odd, ws);

@@ -12,12 +12,10 @@
 #include "limbs/arith.h"
 #include "limbs/long_division.h"
 #include "limbs/multiply.h"
+#include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
 namespace {
-
-// Up to here one long division is as fast.
-constexpr std::size_t kDirect = 300;
 
 constexpr std::size_t half(std::size_t p) { return p / 2 + 2; }
 
@@ -39,7 +37,7 @@ void divide_power(Limbs r, ConstLimbs v, Workspace ws) {
 }  // namespace
 
 std::size_t reciprocal_workspace(std::size_t p) {
-  const std::size_t direct = std::min(p, kDirect);
+  const std::size_t direct = std::min(p, kReciprocalDirect);
   const std::size_t h = half(p);
   return Workspace::bytes<Limb>(2 * direct + 1) + Workspace::bytes<Limb>(direct + 2) +
          Workspace::bytes<Limb>(direct) + long_divide_workspace(2 * direct + 1, direct) +
@@ -50,7 +48,7 @@ std::size_t reciprocal_workspace(std::size_t p) {
 void reciprocal(Limbs r, ConstLimbs v, Workspace ws) {
   const std::size_t p = v.size();
   assert(p >= 2 && v[0] != 0 && r.size() == p + 1);
-  if (p <= kDirect) return divide_power(r, v, ws);
+  if (p <= kReciprocalDirect) return divide_power(r, v, ws);
   const std::size_t h = half(p);
   const Limbs x = r.first(h + 1);
   reciprocal(x, v.first(h), ws);

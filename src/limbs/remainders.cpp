@@ -10,13 +10,10 @@
 #include "limbs/arith.h"
 #include "limbs/divide.h"
 #include "limbs/product.h"
+#include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
 namespace {
-
-// Numbers up to this many limbs are searched by words: setting a word's pass up costs as much as
-// the pass.
-constexpr std::size_t kWords = 256;
 
 constexpr std::uint32_t kLargest = 65535;
 
@@ -48,7 +45,7 @@ ConstLimbs reduce(Limbs r, ConstLimbs a, std::span<const std::uint32_t> moduli, 
 }  // namespace
 
 std::size_t remainders_workspace(std::size_t na, std::size_t count) {
-  if (na <= kWords) return 0;
+  if (na <= kRemaindersByWords) return 0;
   // The halves of the moduli, the larger ones; each product has from 1 to n limbs.
   const std::size_t n = std::min(product_room(count), na);
   std::size_t size = Workspace::bytes<Limb>(product_room(count)) +
@@ -64,7 +61,7 @@ void remainders(std::span<std::uint32_t> out, ConstLimbs a, std::span<const std:
                 Workspace ws) {
   assert(out.size() == moduli.size());
   const std::size_t count = moduli.size();
-  if (a.size() <= kWords || count < 4) return by_words(out, a, moduli);
+  if (a.size() <= kRemaindersByWords || count < 4) return by_words(out, a, moduli);
   const std::size_t room = product_room(count);
   if (a.size() > room) {
     const Limbs r = ws.take<Limb>(room);
