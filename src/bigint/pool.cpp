@@ -53,7 +53,7 @@ std::size_t engine_bytes(int limbs) {
   const std::size_t n = static_cast<std::size_t>(limbs) + 16;
   const std::uint32_t largest = kBase - 1;
   const std::size_t calls[] = {
-      limbs::divide_workspace(4 * n, 2 * n),
+      limbs::divide_workspace(4 * n),
       limbs::multiply_workspace(2 * n, 2 * n),
       limbs::gcd_workspace(n),
       limbs::power_workspace(2 * n),
