@@ -6,6 +6,7 @@
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
+#include "bigint/pool.h"
 #include "limbs/arith.h"
 
 namespace tivelo {
@@ -42,8 +43,8 @@ void align(num* r, const num* src, int up, int n) {
 int fcomp(const num* a, const num* b) {
   const ConstLimbs x = magnitude(a);
   const ConstLimbs y = magnitude(b);
-  const int top_x = (x.empty() ? min(a->len, 1) : static_cast<int>(x.size())) + a->shift;
-  const int top_y = (y.empty() ? min(b->len, 1) : static_cast<int>(y.size())) + b->shift;
+  const int top_x = x.empty() ? min(a->len, 1) : static_cast<int>(x.size()) + a->shift;
+  const int top_y = y.empty() ? min(b->len, 1) : static_cast<int>(y.size()) + b->shift;
   if (top_x != top_y) return top_x > top_y ? 1 : -1;
   const std::size_t common = std::min(x.size(), y.size());
   const int order = limbs::compare(x.first(common), y.first(common));
@@ -53,10 +54,7 @@ int fcomp(const num* a, const num* b) {
 }
 
 int sum(num* r, num* a, num* b) {
-  if (a->sign != b->sign) {
-    minus(r, a, b);
-    return 0;
-  }
+  if (a->sign != b->sign) return min(minus(r, a, b), 0);
   const num* lo = a->shift <= b->shift ? a : b;
   const num* hi = lo == a ? b : a;
   const int scale = lo->shift;
@@ -101,10 +99,17 @@ int minus(num* r, num* a, num* b) {
     explain("difference needs %d limbs, a number holds %d; left unchanged", n, IS);
     return kNoRoom;
   }
-  const ConstLimbs subtrahend = magnitude(small);
+  ConstLimbs subtrahend = magnitude(small);
   const std::int8_t sign = big->sign;
   ConstLimbs minuend = in_use(big);
   if (d > 0 || up > 0) {
+    // The smaller operand, when it is the result too, makes way for the aligned larger one.
+    if (r == small) {
+      Workspace ws = engine;
+      const Limbs copy = ws.take<Limb>(subtrahend.size());
+      std::ranges::copy(subtrahend, copy.begin());
+      subtrahend = copy;
+    }
     if (r != big || up > 0) align(r, big, up, n);
     minuend = places(r, n);
   }

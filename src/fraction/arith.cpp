@@ -114,7 +114,8 @@ int decimal_product(numf* r, numf* x, numf* y) {
   x->c->dec = y->c->dec = 0;
   const int status = prod(r->c, x->c, y->c);
   x->c->dec = y->c->dec = FF;
-  if (status != kNoRoom) drop_limbs(r->c, FF);
+  if (status == kNoRoom) return 1;
+  drop_limbs(r->c, FF);
   r->c->dec = FF;
   return 1;
 }

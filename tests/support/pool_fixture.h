@@ -1,0 +1,79 @@
+// What the tests above limbs/ share: a number pool of 200 limbs, the two channels in memory, tables
+// and numbers as text. A num is written limb by limb, most significant first: "-1 0" is -10^8, ""
+// the canonical zero, "0" the one-limb zero; longer tokens are cut into limbs from the right, "7*3"
+// is three limbs 7, "1e8" one limb of 10^8 (denominators have it), "1.5" a decimal with its places
+// filled to 16, "d2" the mark of decimal mode and "<<2" a shift. A fraction is "num" or "num/num".
+#pragma once
+
+#include <gmpxx.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/report.h"
+#include "console/storage.h"
+#include "fraction/numf.h"
+
+namespace tivelo::tests {
+
+// Sets a record from text; the limbs above the number, and dden, are junk.
+num* set(num* a, const std::string& text);
+numf set(numf f, const std::string& text);
+num* junk(num* a);  // junk in every limb and field, for a result
+
+std::string raw(const num* a);     // as set() reads it
+std::string fields(const num* a);  // "ext rem rdiv dden dec res imag used"
+std::string state(const num* a);   // both
+mpz_class big(const num* a);       // with its sign, without shift and point
+
+// By value: leading zero limbs do not show, the places of a decimal are all there, zero is "0".
+std::string value(const numf& f);
+
+// One row of a table: fields between ':', rows between ';' or line ends. A field that is missing
+// is "" or 0.
+struct Row {
+  std::vector<std::string> all;
+  const std::string& operator[](std::size_t i) const {
+    static const std::string kNone;
+    return i < all.size() ? all[i] : kNone;
+  }
+  int number(std::size_t i) const { return std::atoi((*this)[i].c_str()); }
+};
+std::vector<Row> table(const std::string& text);
+
+// One call r = x op y, and r's fields before it.
+struct Call {
+  num *r, *x, *y;
+  std::string fields_before;
+  bool own() const { return r != x && r != y; }
+};
+inline constexpr int kNotAllowed = 99;  // what op answers when it may not be called so
+
+// Calls op with a result of its own, full of junk, and with each operand as the result. Operands
+// that are not the result, and the result of a refusal, must stay; a refusal is explained.
+void each_alias(const std::string& x, const std::string& y, const std::function<int(Call&)>& op,
+                const std::function<void(Call&, int status)>& check);
+
+class PoolTest : public ::testing::Test {
+ public:
+  PoolTest();
+  ~PoolTest() override;
+
+  void use_precision(int digit);
+  static std::string printed();    // on the console since the last call
+  static std::string explained();  // on the other channel
+  static void set_variable(char letter, const std::string& text) { set(M[letter - 'A'], text); }
+
+  // Rows of text : value ("=..." is the value of another text) : "err" or what else is printed :
+  // what calc returns, by default all of the text and its zero.
+  static void evaluate(const std::string& rows);
+
+ private:
+  Region numbers_;
+  std::unique_ptr<Out> console_, explanations_;
+};
+
+}  // namespace tivelo::tests
