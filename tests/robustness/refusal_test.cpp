@@ -72,8 +72,8 @@ class Lines {
         break;
       case 2:
       case 3:
-        line.text = name(v) + "=" + operand() + pick({"+", "-", "*", "/", "^", "G", "L", ""}) +
-                    operand() + pick({"", "", "!", "P7", "%97", "C9"});
+        line.text = name(v) + "=" + operand() + pick({"+", "-", "*", "/", "G", "L", ""}) +
+                    operand() + pick({"", "!", "P7", "%97", "^9", "^-3"});
         break;
       case 4:
         line.text =
@@ -232,7 +232,7 @@ TEST(Robustness, RefusalsChangeNothing) {
       if (++n % kLinesPerRun == 0) return false;
     }
     do line = lines.any();
-    while (leaves_the_loop(line.text));
+    while (line.text.size() > 1590 || leaves_the_loop(line.text));
     feed.printed.clear();
     feed.explained.clear();
     before = now();
