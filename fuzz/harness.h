@@ -22,7 +22,7 @@ struct Run {
 
 struct Outcome {
   int status = 0;
-  bool cut = false;          // ended after a second of processor time
+  bool cut = false;          // ended after a fifth of a second of processor time
   std::string printed;       // at most the first megabyte
   std::string explanations;  // likewise
   Files files;               // in the folder at the end

@@ -15,5 +15,5 @@ mkdir -p "$grown" build/fuzz/found
 dictionary=()
 [ "$target" = engine ] || dictionary=(-dict=fuzz/dictionary)
 exec "build/fuzz/fuzz/fuzz_$target" "$grown" "fuzz/corpus/$target" "${dictionary[@]}" \
-  -artifact_prefix="$PWD/build/fuzz/found/$target-" -max_total_time="$seconds" -timeout=30 \
+  -artifact_prefix="$PWD/build/fuzz/found/$target-" -max_total_time="$seconds" -timeout=120 \
   -rss_limit_mb=3000 -print_final_stats=1 -close_fd_mask=1 "${@:3}"
