@@ -9,7 +9,7 @@
 #include "base/precision.h"
 #include "bigint/pool.h"
 #include "fraction/numf.h"
-#include "support/feed.h"
+#include "lines/feed.h"
 
 namespace tivelo::tests {
 namespace {

@@ -11,7 +11,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "support/feed.h"
+#include "lines/feed.h"
 
 namespace tivelo::tests {
 namespace {

@@ -1,13 +1,13 @@
 // Every line of up to four characters that lines are made of, at precision 0, none of which may
 // crash or take longer than two seconds of processor time. The ordinary run takes one in 499;
-// tests/robustness/exhaustive takes them all and shows the worst.
+// fuzz/lines/exhaustive takes them all and shows the worst.
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <ctime>
 #include <string_view>
 
-#include "support/feed.h"
+#include "lines/feed.h"
 
 namespace tivelo::tests {
 namespace {
