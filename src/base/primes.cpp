@@ -7,9 +7,8 @@ namespace tivelo {
 namespace {
 
 constexpr std::uint32_t kBound = 65536;
-constexpr std::size_t kCount = 6542;
 
-std::uint32_t primes[kCount];
+std::uint32_t primes[kPrimesBelow65536];
 
 // Eratosthenes' sieve.
 bool find_primes() {
@@ -21,14 +20,14 @@ bool find_primes() {
     for (std::uint64_t multiple = std::uint64_t{p} * p; multiple < kBound; multiple += p)
       composite[multiple] = true;
   }
-  return count == kCount;
+  return count == kPrimesBelow65536;
 }
 
 }  // namespace
 
 std::span<const std::uint32_t> primes_below_65536() {
   static const bool found = find_primes();
-  return {primes, found ? kCount : 0};
+  return {primes, found ? kPrimesBelow65536 : 0};
 }
 
 }  // namespace tivelo

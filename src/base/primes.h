@@ -1,10 +1,13 @@
 // The primes below 65536, for searches for small factors.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
 namespace tivelo {
+
+inline constexpr std::size_t kPrimesBelow65536 = 6542;
 
 // In increasing order; found by a sieve when first asked for.
 std::span<const std::uint32_t> primes_below_65536();

@@ -59,7 +59,7 @@ std::size_t engine_bytes(int limbs) {
       limbs::power_workspace(2 * n),
       limbs::factorial_workspace(static_cast<std::uint32_t>(3 * n + 1000), n),
       limbs::product_workspace(2 * n, largest),
-      limbs::remainders_workspace(n, primes_below_65536().size()),
+      limbs::remainders_workspace(n, kPrimesBelow65536),
   };
   return 8 * Workspace::bytes<Limb>(2 * n) + *std::ranges::max_element(calls);
 }

@@ -2,6 +2,8 @@
 // the primes and one root each have to be trusted (and those have their checking script).
 #include "limbs/transform_tables.h"
 
+#include <bit>
+
 namespace tivelo::limbs {
 namespace {
 
@@ -42,26 +44,45 @@ std::uint64_t root_product(const Field& f, const std::uint64_t* z, std::size_t b
   return r;
 }
 
+// t(b) for all blocks of a table, each from the one without its lowest bit: with a multiplication
+// each, a first long product does not notice that the tables are built.
+constexpr std::size_t kTwiddles = 2 * kBaseBlocks;
+static_assert(kTwiddles >= 4 * kPassBlocks);
+
+void find_twiddles(const Field& f, const std::uint64_t* z, std::uint64_t (&t)[kTwiddles]) {
+  t[0] = 1;
+  for (std::size_t b = 1; b < kTwiddles; ++b)
+    t[b] = f.multiply(t[b & (b - 1)], z[std::countr_zero(b) + 2]);
+}
+
 void build(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
   const Field f(p);
   std::uint64_t z[kRootOrder + 1];
+  std::uint64_t inverse_z[kRootOrder + 1];
   z[kRootOrder] = root;
-  for (int k = kRootOrder; k > 0; --k) z[k - 1] = f.multiply(z[k], z[k]);
+  inverse_z[kRootOrder] = f.invert(root);
+  for (int k = kRootOrder; k > 0; --k) {
+    z[k - 1] = f.multiply(z[k], z[k]);
+    inverse_z[k - 1] = f.multiply(inverse_z[k], inverse_z[k]);
+  }
+  std::uint64_t twiddle[kTwiddles];
+  std::uint64_t inverse[kTwiddles];
+  find_twiddles(f, z, twiddle);
+  find_twiddles(f, inverse_z, inverse);
 
   t.p = static_cast<double>(p);
   t.p_inverse = 1 / t.p;
-  const auto twiddle = [&](std::size_t b) { return root_product(f, z, b, 2); };
   for (std::size_t b = 0; b < kBaseBlocks; ++b) {
-    t.base[b] = f.balanced(twiddle(b));
-    t.base_even[b] = f.balanced(twiddle(2 * b));
-    t.inverse_base[b] = f.balanced(f.invert(twiddle(b)));
-    t.inverse_base_even[b] = f.balanced(f.invert(twiddle(2 * b)));
+    t.base[b] = f.balanced(twiddle[b]);
+    t.base_even[b] = f.balanced(twiddle[2 * b]);
+    t.inverse_base[b] = f.balanced(inverse[b]);
+    t.inverse_base_even[b] = f.balanced(inverse[2 * b]);
   }
   for (std::size_t b = 0; b < kPassBlocks; ++b) {
     const std::size_t blocks[8] = {b, 2 * b, 2 * b + 1, 4 * b, 4 * b + 1, 4 * b + 2, 4 * b + 3, 0};
     for (std::size_t i = 0; i < 8; ++i) {
-      t.pass[b][i] = f.balanced(twiddle(blocks[i]));
-      t.inverse_pass[b][i] = f.balanced(f.invert(twiddle(blocks[i])));
+      t.pass[b][i] = f.balanced(twiddle[blocks[i]]);
+      t.inverse_pass[b][i] = f.balanced(inverse[blocks[i]]);
     }
   }
   std::uint64_t half_power = 1;
@@ -70,9 +91,8 @@ void build(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
     half_power = f.multiply(half_power, (p + 1) / 2);
     for (std::size_t c = 0; c < 8; ++c) {
       // Entries past the order of the given root are never needed; they become 0.
-      const std::uint64_t v = root_product(f, z, c, 1 + j);
-      t.chain[c].root[j] = f.balanced(v);
-      t.chain[c].inverse[j] = f.balanced(f.invert(v));
+      t.chain[c].root[j] = f.balanced(root_product(f, z, c, 1 + j));
+      t.chain[c].inverse[j] = f.balanced(root_product(f, inverse_z, c, 1 + j));
     }
   }
 }
