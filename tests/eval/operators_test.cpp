@@ -92,7 +92,7 @@ mpz_class falling(const std::string& n, long k) {
 }
 
 TEST_F(OperatorsTest, FallingProductsEndWhereTheyDoNotFit) {
-  const auto evaluated = [this](const std::string& text) {
+  const auto evaluated = [](const std::string& text) {
     EXPECT_GT(calc(text.c_str(), &Cn, 1), 0);
     EXPECT_EQ(printed(), "");
     return big(Cn.c);
