@@ -89,8 +89,9 @@ class Folder {
   fs::path path_;
 };
 
+// Again and again, because a flush under way may overwrite what the handler sets.
 void limit_time(int milliseconds) {
-  const itimerval timer = {{0, 0}, {0, 1000 * milliseconds}};
+  const itimerval timer = {{0, 50 * milliseconds}, {0, 1000 * milliseconds}};
   ::setitimer(ITIMER_PROF, &timer, nullptr);
 }
 
