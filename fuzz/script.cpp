@@ -14,8 +14,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // ';' is the mode 11: precision 1 and a script.
   const Run wanted{{";", "s"}, parts[3], {{"s", parts[0]}, {"a", parts[1]}, {"b", parts[2]}}};
   const Outcome first = run(wanted);
+  if (first.cut) return 0;
   const Outcome second = run(wanted);
-  if (first.cut || second.cut || asks_for_time(parts[0] + parts[1] + parts[2] + parts[3])) return 0;
+  if (second.cut || asks_for_time(parts[0] + parts[1] + parts[2] + parts[3])) return 0;
   demand(first.printed == second.printed, "two runs print the same");
   demand(first.files == second.files, "two runs leave the same files");
   return 0;

@@ -1,6 +1,6 @@
-// Every line of up to four characters that lines are made of, at precision 0, none of which may
-// crash or take longer than two seconds of processor time. The ordinary run takes one in 499;
-// fuzz/lines/exhaustive takes them all and shows the worst.
+// Every line of up to four characters that lines are made of, at precision 0: none may crash or go
+// on for ever. The ordinary run takes one in 499; fuzz/lines/exhaustive takes them all, holds
+// each to two seconds of processor time and shows the worst.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -48,11 +48,10 @@ TEST(Robustness, ShortLines) {
   Feed feed;
   feed.next = [&](std::string& line) {
     const double now = processor_time();
-    worst.emplace_back(now - before, last);
-    std::push_heap(worst.begin(), worst.end(), std::greater<>());
-    if (worst.size() > 10) {
-      std::pop_heap(worst.begin(), worst.end(), std::greater<>());
-      worst.pop_back();
+    if (all && (worst.size() < 10 || now - before > worst.back().first)) {
+      worst.emplace_back(now - before, last);
+      std::sort(worst.rbegin(), worst.rend());
+      if (worst.size() > 10) worst.pop_back();
     }
     feed.printed.clear();
     feed.explained.clear();
@@ -76,9 +75,8 @@ TEST(Robustness, ShortLines) {
     before = processor_time();
     ASSERT_EQ(run_on(feed), 0);
   }
-  std::sort(worst.rbegin(), worst.rend());
-  EXPECT_LT(worst[0].first, 2.0) << worst[0].second;
   if (!all) return;
+  EXPECT_LT(worst[0].first, 2.0) << worst[0].second;
   std::printf("%zu lines; the worst, in ms of processor time:\n", lines);
   for (const auto& [seconds, line] : worst) std::printf("%9.3f  %s\n", seconds * 1e3, line.c_str());
 }

@@ -56,6 +56,9 @@ const char* root_text(const Argument& argument) {
 int eval_root(Argument& argument, numf* target, int) {
   if (const char* text = root_text(argument)) {
     ncton(text, target);
+  } else if (argument.decimal && std::isinf(argument.magnitude)) {
+    explain("the square root of a number beyond a double; taken as 0");
+    err(kMisfit);
   } else {
     const double exact = static_cast<double>(argument.a) / static_cast<double>(argument.d);
     set_numeric(target, std::sqrt(argument.decimal ? argument.magnitude : exact));
