@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstring>
 
+#include "base/characters.h"
 #include "base/precision.h"
 #include "limbs/text.h"
 
@@ -16,8 +17,6 @@ constexpr int kPlaces = FF * kLimbDigits;
 
 // Weights of the digits in a limb from the most significant; s[7 - k] is 10^k.
 constexpr std::int32_t s[kLimbDigits] = {10000000, 1000000, 100000, 10000, 1000, 100, 10, 1};
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 int count_digits(const char* text) {
   int n = 0;

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "base/digits.h"
+#include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
@@ -28,9 +28,6 @@ namespace tivelo {
 namespace {
 
 constexpr const char* kDefaultPrintFile = "save.txt";
-
-bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // "C." X: the integer part.
 Flow truncate(Run&, const char** at) {

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
@@ -18,7 +19,6 @@ In* typed = nullptr;
 namespace {
 
 bool is_control(char c) { return (c >= 0 && c < ' ') || c == 127; }
-bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
 
 int line_room() { return ISS * kLimbDigits; }
 

@@ -1,5 +1,6 @@
 #include "console/loop.h"
 
+#include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
@@ -23,10 +24,6 @@ constexpr const char* kHelp =
     "q:  quit\n";
 
 constexpr int kDefaultTarget = 'T' - 'A';
-constexpr int kNoCell = -1;
-
-bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // Where a result goes: a variable, or one of its cells (possibly one that does not exist).
 struct Target {
@@ -34,14 +31,6 @@ struct Target {
   bool whole = true;
   int cell = kNoCell;
 };
-
-// The cell number behind '#': the low word of a cell ("B2"), or two digits.
-int target_cell(char first, char second) {
-  if (!is_capital(first)) return 10 * (first - '0') + (second - '0');
-  const int v = first - 'A';
-  const int k = second - '0';
-  return cell_is_free(v, k) ? read_cell(v, k).low : kNoCell;
-}
 
 // X '=' | X digit '=' | X '#' any any '=', each tried once, behind the one before. Returns the
 // position behind them.
@@ -55,7 +44,7 @@ const char* parse_target(const char* at, Target& target) {
     at += 3;
   }
   if (is_capital(at[0]) && at[1] == '#' && at[2] != '\0' && at[3] != '\0' && at[4] == '=') {
-    target = {at[0] - 'A', false, target_cell(at[2], at[3])};
+    target = {at[0] - 'A', false, named_cell(at[2], at[3])};
     at += 5;
   }
   return at;

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <new>
 
+#include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
@@ -25,8 +26,6 @@ namespace {
 constexpr int kNestedRuns = 32;
 
 int nesting = 0;
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // How the command line is understood.
 struct Start {

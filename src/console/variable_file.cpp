@@ -3,6 +3,7 @@
 #include <climits>
 #include <cstdio>
 
+#include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
@@ -17,8 +18,6 @@ namespace {
 constexpr int kLoadedBytes = 1800;
 // 26 fields of at most 11 characters and a comma in each of 9 lines.
 constexpr int kSavedBytes = 9 * (kVariables * 12 + 1);
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 struct Field {
   long long value = 0;  // all its digits, saturated above INT_MAX

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <ctime>
 
-#include "base/digits.h"
+#include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"

@@ -1,5 +1,6 @@
 // One operand: sign, then the first kind whose test holds. Which kind it is shows in the character
 // at the position and the one behind it.
+#include "base/characters.h"
 #include "base/report.h"
 #include "base/status.h"
 #include "bigint/pool.h"
@@ -13,25 +14,13 @@ namespace tivelo {
 
 namespace {
 
-bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-
-// The cell number that two characters name: the low word of a cell ("B2"), or ten times the first
-// digit plus the second. -1 for a cell that is none.
-int named_cell(char first, char second) {
-  if (!is_capital(first)) return 10 * (first - '0') + (second - '0');
-  const int v = first - 'A';
-  const int k = second - '0';
-  return cell_is_free(v, k) ? read_cell(v, k).low : -1;
-}
-
 // cell: capital digit | capital '#' any any
 int read_cell_operand(const char* text, numf* target) {
   int count = 2;
   int k = text[1] - '0';
   if (text[1] == '#') {
     while (count < 4 && text[count] != '\0') ++count;
-    k = count == 4 ? named_cell(text[2], text[3]) : -1;
+    k = count == 4 ? named_cell(text[2], text[3]) : kNoCell;
   }
   const int v = text[0] - 'A';
   mclear(target);

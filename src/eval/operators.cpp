@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <climits>
 
-#include "base/digits.h"
+#include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "base/characters.h"
 #include "base/precision.h"
 #include "bigint/pool.h"
 
@@ -14,6 +15,13 @@ std::int32_t as_signed(Limb word) { return static_cast<std::int32_t>(word); }
 }  // namespace
 
 bool cell_is_free(int v, int k) { return k >= 0 && k < IS / NN && (k + 1) * NN <= IS - Mc[v]->len; }
+
+int named_cell(char first, char second) {
+  if (!is_capital(first)) return 10 * (first - '0') + (second - '0');
+  const int v = first - 'A';
+  const int k = second - '0';
+  return cell_is_free(v, k) ? read_cell(v, k).low : kNoCell;
+}
 
 Cell read_cell(int v, int k) {
   const Limb* words = Mc[v]->limbs + k * NN;

@@ -21,6 +21,11 @@ struct Cell {
 // Does variable v (0 to 25) have a cell k that its own value leaves free?
 [[nodiscard]] bool cell_is_free(int v, int k);
 
+// The cell number that two characters behind '#' name: the low word of a cell ("B2"), or ten times
+// the first digit plus the second. kNoCell for a cell that is none; other results may be none too.
+inline constexpr int kNoCell = -1;
+int named_cell(char first, char second);
+
 // The words of cell k, which are limbs of the value where that covers them.
 Cell read_cell(int v, int k);
 
