@@ -2,18 +2,16 @@
 
 #include <ctime>
 
-#include "bigint/pool.h"
 #include "eval/calc.h"
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {
-namespace {
 
 using BuiltinsTest = PoolTest;
 
 TEST_F(BuiltinsTest, Rows) {
-  set_variable('X', "8");
-  set_variable('A', "1 0 0 0");
+  set('X', "8");
+  set('A', "1 0 0 0");
   evaluate(R"(
       SIN30 : 1/2;  SIN150 : 1/2;  SIN210 : -1/2;  SIN(-30) : -1/2;  SIN0 : 0;  SIN180 : 0
       SIN270 : -1;  SIN90 : 1;  SIN450 : 1;  SIN.30 : 1/2;  SIN : 0;  COS : 1;  COS60 : 1/2
@@ -61,5 +59,4 @@ TEST_F(BuiltinsTest, Rows) {
     EXPECT_EQ(func(row[0].c_str(), &M[0], 3), row.number(1)) << row[0];
 }
 
-}  // namespace
 }  // namespace tivelo::tests

@@ -1,19 +1,17 @@
 #include "eval/calc.h"
 
-#include "bigint/pool.h"
 #include "fraction/cells.h"
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {
-namespace {
 
 using CalcTest = PoolTest;
 
 TEST_F(CalcTest, Expressions) {
-  set_variable('A', "7");
-  set_variable('B', "-5/3");
-  set_variable('D', "1.5");
-  set_variable('I', "9");
+  set('A', "7");
+  set('B', "-5/3");
+  set('D', "1.5");
+  set('I', "9");
   evaluate(R"(
       2+3*4 : 14;  (2+3)*4 : 20;  8/2/2 : 2;  2-3*4 : -10;  3+ : 3 :  : 2;  3* : 0 :  : 2
       |1-4| : 3;  2*|0-3| : 6;  1/0 : 0 : err;  1/0+2 : 2 : err;  (1-4| : 3;  |1-4) : -3
@@ -67,11 +65,10 @@ TEST_F(CalcTest, CellsAndOperands) {
     EXPECT_EQ(big(Cn.c) == 0 ? "0" : value(Cn), row[1]) << row[0];
   }
   // A divisor of 195 limbs is too long, one of 194 is not; a cell under the value is none.
-  set_variable('A', "1 0*194");
+  set('A', "1 0*194");
   evaluate("2+5/A : 7 : err;  2*5/A*3 : 30 : err;  A/A : =A : err;  A2 : 0 : err");
-  set_variable('A', "1 0*193");
+  set('A', "1 0*193");
   evaluate("A/A : 1;  A2 : 0 : err");
 }
 
-}  // namespace
 }  // namespace tivelo::tests

@@ -1,24 +1,20 @@
 #include "output/print.h"
 
-#include "bigint/pool.h"
 #include "fraction/cells.h"
 #include "limbs/oracle.h"
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {
-namespace {
 
 using PrintTest = PoolTest;
 
-// What nprint writes of A (or of the cell B1) on the console, up to the line end.
-std::string text_of_variable(const char* name, int digits, Out* file = nullptr) {
+// What nprint writes of A (or of the cell B1) on the console.
+static std::string text_of(const char* name, int digits, Out* file = nullptr) {
   const std::string before = state(Mc[0]) + state(Mm[0]);
   std::vector<char> scratch(print_scratch(200));
   EXPECT_EQ(nprint(name, scratch.data(), digits, file), name[1] == '\0' ? 0 : 1);
   EXPECT_EQ(state(Mc[0]) + state(Mm[0]), before);
-  const std::string text = PoolTest::printed();
-  EXPECT_TRUE(text.empty() || text.ends_with('\n'));
-  return text.substr(0, text.find('\n'));
+  return PoolTest::printed();
 }
 
 TEST_F(PrintTest, Rows) {
@@ -40,17 +36,17 @@ TEST_F(PrintTest, Rows) {
       d2 : 16 : A= .00000000_;  -5000 d2 : 16 : A=-.0000000000005000_
       7 5000 d2 : 16 : A= .0000000700005000_)")) {
     const bool imaginary = row[0].ends_with('i');
-    set_variable('A', row[0].substr(0, row[0].size() - 2 * imaginary));
+    set('A', row[0].substr(0, row[0].size() - 2 * imaginary));
     M[0].c->imag = imaginary;
     std::string expected = row[2];
     std::ranges::replace(expected, '_', ' ');
-    EXPECT_EQ(text_of_variable("A", row.number(1)), expected) << row[0] << " " << row[1];
+    EXPECT_EQ(text_of("A", row.number(1)), expected + (expected.empty() ? "" : "\n")) << row[0];
   }
-  set_variable('A', "1/7");
-  EXPECT_EQ(text_of_variable("A", 799).substr(800), "85714.. ");
-  set_variable('A', "7/2");
+  set('A', "1/7");
+  EXPECT_EQ(text_of("A", 799).substr(800), "85714.. \n");
+  set('A', "7/2");
   explained();
-  EXPECT_EQ(text_of_variable("A", 16, explanations), "");
+  EXPECT_EQ(text_of("A", 16, explanations), "");
   EXPECT_EQ(explained(), "A= 3.5 \n");
 }
 
@@ -63,19 +59,17 @@ TEST_F(PrintTest, Cells) {
       0 : -5 : -1 : -0.00000005;  1 : 2 : 3 : 10000000200000003;  1 : 0 : -3 : -10000000000000003
       0 : 0 : -2147483648 : -2147483648)")) {
     write_cell(1, 1, {row.number(0), row.number(1), row.number(2)});
-    EXPECT_EQ(text_of_variable("B1", 0, explanations), row[3]);
+    EXPECT_EQ(text_of("B1", 0, explanations), row[3] + "\n");
   }
-  set_variable('B', "3*197");
-  EXPECT_EQ(text_of_variable("B1", 16), "err 0");
 }
 
 TEST_F(PrintTest, ExpansionsAgreeWithGmp) {
   Operands operands(10);
-  for (int round = 0; round < 300; ++round) {
+  for (int round = 0; round < 300 && !HasFailure(); ++round) {
     const mpz_class n = tivelo::big(operands.any(operands.below(12)));
     const mpz_class d = tivelo::big(operands.number(1 + operands.below(round < 250 ? 6 : 190))) + 2;
     const int digits = 1 + static_cast<int>(operands.below(100));
-    set_variable('A', n.get_str() + "/" + d.get_str());
+    set('A', n.get_str() + "/" + d.get_str());
     std::string expected = "A= " + mpz_class(n / d).get_str();
     mpz_class rest = n % d;
     if (rest != 0) {
@@ -88,9 +82,8 @@ TEST_F(PrintTest, ExpansionsAgreeWithGmp) {
       if (rest == 0) expected.resize(expected.find_last_not_of('0') + 1);
       expected += rest == 0 ? " " : ".. ";
     }
-    ASSERT_EQ(text_of_variable("A", digits), expected);
+    EXPECT_EQ(text_of("A", digits), expected + "\n");
   }
 }
 
-}  // namespace
 }  // namespace tivelo::tests
