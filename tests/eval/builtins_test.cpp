@@ -38,11 +38,12 @@ TEST_F(BuiltinsTest, Rows) {
       LOG10.1000 : 3.0000000000000001;  LOG2.1024 : 10.0000000000000001
       LOG8.2 : 0.3333330000000001;  LOG10.99 : 1.9956350000000001;  LOG1.8 : 3.0000000000000001
       LOG0.8 : 3.0000000000000001;  LOG(-2).8 : 3.0000000000000001;  LOG10.0 : 0;  LOG10. : 0
-      LOG10 : 0;  LOG : 0;  LOG(10)X1000 : 3.0000000000000001;  ATAN1 : 45;  ATAN0 : 0
-      ATAN(-1/1000) : 360;  ATAN(1/2) : 53/2;  ATAN(-1) : 315;  ATAN3,4 : 53;  ATAN3-4I : 307
-      ATAN3+4I : 53;  ATAN3,-4 : 307;  ATAN(-3)+4I : 127;  ATAN5+0I : 0;  ATAN0,1 : 90
-      ATAN0,-1 : 270;  ATAN0+0I : 90;  ATAN(-3)-4 : 233;  ATAN(1/2)+(1/2) : 45;  ATAN(-1)+0 : 180
-      ATAN3,99999999999 : 0 : err;  ATAN : 0;  ATAN1,ATAN0,1 : 179/2;  TAXI : 0;  BC : 1)");
+      LOG10 : 0;  LOG : 0;  LOG(10)X1000 : 3.0000000000000001;  ATAN1 : 45;  ATAN(917/4) : 179/2
+      ATAN(688/3) : 90;  ATAN0 : 0;  ATAN(-1/1000) : 360;  ATAN(1/2) : 53/2;  ATAN(-1) : 315
+      ATAN3,4 : 53;  ATAN3-4I : 307;  ATAN3+4I : 53;  ATAN3,-4 : 307;  ATAN(-3)+4I : 127
+      ATAN5+0I : 0;  ATAN0,1 : 90;  ATAN0,-1 : 270;  ATAN0+0I : 90;  ATAN(-3)-4 : 233
+      ATAN(1/2)+(1/2) : 45;  ATAN(-1)+0 : 180;  ATAN3,99999999999 : 0 : err;  ATAN : 0
+      ATAN1,ATAN0,1 : 179/2;  TAXI : 0;  BC : 1)");
   std::string deep;
   for (int i = 0; i < 64; ++i) deep += "ATAN0,";
   evaluate(deep + "1 : 90\n" + deep + "ATAN0,1 : 0 : err : -5");

@@ -149,6 +149,9 @@ TEST_F(ReduceTest, AsPlain) {
   Operands operands(5);
   for (int i = 0; i < 1152 && !HasFatalFailure(); ++i)
     expect_pair(operands, i % 12 + 1, i / 12 % 12 + 1, i & 1, (i & 6) == 6);
+  const mpz_class prime("1000000000000000000117");
+  for (unsigned i = 0; i < 36 * 36 && !HasFatalFailure(); ++i)
+    expect_as_plain(prime << (30 + i % 36), prime << (30 + i / 36));
   use_precision(2);
   const int lengths[][2] = {{1250, 1250}, {1251, 1250}, {1250, 1251}, {2000, 500},
                             {2000, 501},  {3, 1999},    {12, 1990},   {150, 150}};

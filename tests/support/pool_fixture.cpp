@@ -93,7 +93,7 @@ mpz_class big(const num* a) {
 std::string value(const numf& f) {
   const mpz_class m = big(f.m);
   std::string text = mpz_class(abs(big(f.c))).get_str();
-  if (text == "0" && m == 1) return text;
+  if (text == "0" && m == 1) return f.c->sign < 0 ? "-0" : text;
   if (f.c->dec == FF) {
     text.insert(0, kPlaces + "0", 0, 17 - std::min<std::size_t>(text.size(), 17));
     text.insert(text.size() - 16, ".");

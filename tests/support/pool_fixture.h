@@ -27,7 +27,7 @@ std::string raw(const num* a);     // as set() reads it
 std::string fields(const num* a);  // "ext rem rdiv dec res imag used dden"
 std::string state(const num* a);   // both
 mpz_class big(const num* a);       // with its sign, without shift and point
-std::string value(const numf& f);  // without leading zeros, a decimal with 16 places, zero as "0"
+std::string value(const numf& f);  // without leading zeros, a decimal with 16 places, 0 or -0
 
 // One row of a table: fields between ':', rows between ';' or line ends. A missing field is empty.
 struct Row {
