@@ -3,7 +3,6 @@
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {
-namespace {
 
 using StatusTest = PoolTest;
 
@@ -27,12 +26,8 @@ TEST_F(StatusTest, TableReporterExplanations) {
   put(*console, "before");
   explain_at(line + 4, "%s", std::string(300, 'x').c_str());
   EXPECT_EQ(console->used, 0u);  // what was printed first stands first
-  const std::string text = explained();
-  EXPECT_TRUE(text.starts_with("tivelo: column 5: refusal of 7\ntivelo: refusal\ntivelo: xxx"));
-  EXPECT_TRUE(text.ends_with("xxx\n")) << text;
-  explanations = nullptr;
-  explain("to nobody");
+  const std::string expected = "tivelo: column 5: refusal of 7\ntivelo: refusal\ntivelo: ";
+  EXPECT_EQ(explained(), expected + std::string(255, 'x') + "\n");
 }
 
-}  // namespace
 }  // namespace tivelo::tests

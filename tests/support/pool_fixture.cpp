@@ -3,24 +3,20 @@
 #include <sstream>
 
 #include "base/precision.h"
-#include "bigint/pool.h"
 #include "eval/calc.h"
 
 namespace tivelo::tests {
 namespace {
 
+const std::string kPlaces = "0000000000000000";
 std::string channels[2];  // console, explanations
 
-// Appends the limbs that a token stands for.
 void append_limbs(std::vector<Limb>& limbs, std::string token) {
-  if (token == "1e8") return limbs.push_back(kBase);
   const std::size_t star = std::min(token.find('*'), token.size());
-  int times = star < token.size() ? std::stoi(token.substr(star + 1)) : 1;
-  token.resize(star);
-  token.insert(0, (8 - token.size() % 8) % 8, '0');
-  for (; times > 0; --times)
-    for (std::size_t i = 0; i < token.size(); i += 8)
-      limbs.push_back(static_cast<Limb>(std::stoul(token.substr(i, 8))));
+  const int times = star < token.size() ? std::stoi(token.substr(star + 1)) : 1;
+  token = kPlaces.substr(0, (8 - star % 8) % 8) + token.substr(0, star);
+  for (std::size_t i = 0; i < token.size() * static_cast<unsigned>(times); i += 8)
+    limbs.push_back(static_cast<Limb>(std::stoul(token.substr(i % token.size(), 8))));
 }
 
 std::unique_ptr<Out> into(std::string& text) {
@@ -30,6 +26,7 @@ std::unique_ptr<Out> into(std::string& text) {
     return true;
   };
   out->context = &text;
+  text.clear();
   return out;
 }
 
@@ -37,45 +34,37 @@ std::unique_ptr<Out> into(std::string& text) {
 
 num* set(num* a, const std::string& text) {
   clear(junk(a));
-  const bool negative = text.starts_with('-');
-  std::istringstream words(text.substr(negative));
+  a->sign = text.starts_with('-') ? -1 : 1;
+  std::istringstream words(text.substr(a->sign < 0));
   std::vector<Limb> limbs;
   for (std::string word; words >> word;) {
     const std::size_t point = word.find('.');
-    if (word.starts_with("<<")) {
-      a->shift = std::stoi(word.substr(2));
-    } else if (word == "d2" || point != std::string::npos) {
-      a->dec = FF;
-    }
-    if (point != std::string::npos) {
-      word.resize(point + 17, '0');
-      word.erase(point, 1);
-    }
-    if (word[0] != '<' && word[0] != 'd') append_limbs(limbs, word);
+    if (word[0] == '<') a->shift = std::stoi(word.substr(2));
+    if (word == "d2" || point < word.size()) a->dec = FF;
+    if (point < word.size()) word = word.substr(0, point) + (word + kPlaces).substr(point + 1, 16);
+    if (word == "1e8") limbs.push_back(kBase);
+    if (word != "1e8" && word != "d2" && word[0] != '<') append_limbs(limbs, word);
   }
-  a->sign = negative ? -1 : 1;
   a->len = static_cast<int>(limbs.size());
   std::ranges::copy(limbs, in_use(a).begin());
   return a;
 }
 
 numf set(numf f, const std::string& text) {
-  const std::size_t slash = text.find('/');
+  const std::size_t slash = std::min(text.find('/'), text.size());
   set(f.c, text.substr(0, slash));
-  set(f.m, slash == std::string::npos ? "1" : text.substr(slash + 1));
+  set(f.m, slash < text.size() ? text.substr(slash + 1) : "1");
   return f;
 }
 
 num* junk(num* a) {
   std::fill_n(a->limbs, IS, Limb{87654321});
   a->sign = -1;
-  a->len = 5;
   a->end = IS;
   a->ext = a->shift = 0;
-  int field = 71;
-  for (std::int32_t* junked : {&a->rem, &a->rdiv, &a->dden, &a->res, &a->imag, &a->used})
-    *junked = field++;
-  a->dec = 1;
+  int junk = 1;
+  for (auto* field : {&a->dec, &a->rem, &a->rdiv, &a->dden, &a->len, &a->res, &a->imag, &a->used})
+    *field = junk++;
   return a;
 }
 
@@ -83,13 +72,12 @@ std::string raw(const num* a) {
   std::string text = a->sign < 0 ? "-" : "";
   for (const Limb limb : in_use(a)) text += std::to_string(limb) + " ";
   if (a->len > 0) text.pop_back();
-  if (a->shift != 0) text += " <<" + std::to_string(a->shift);
-  return text + (a->dec == FF ? " d2" : "");
+  return text + (a->shift ? " <<" + std::to_string(a->shift) : "") + (a->dec == FF ? " d2" : "");
 }
 
 std::string fields(const num* a) {
   std::string text;
-  for (const int field : {a->ext, a->rem, a->rdiv, a->dden, a->dec, a->res, a->imag, a->used})
+  for (const int field : {a->ext, a->rem, a->rdiv, a->dec, a->res, a->imag, a->used, a->dden})
     text += std::to_string(field) + " ";
   return text;
 }
@@ -105,12 +93,17 @@ mpz_class big(const num* a) {
 std::string value(const numf& f) {
   const mpz_class m = big(f.m);
   std::string text = mpz_class(abs(big(f.c))).get_str();
-  if (text == "0" && m == 1) return text;
+  if (text == "0" && m == 1) return f.c->sign < 0 ? "-0" : text;
   if (f.c->dec == FF) {
-    if (text.size() < 17) text.insert(0, 17 - text.size(), '0');
+    text.insert(0, kPlaces + "0", 0, 17 - std::min<std::size_t>(text.size(), 17));
     text.insert(text.size() - 16, ".");
   }
   return (f.c->sign < 0 ? "-" : "") + text + (m == 1 ? "" : "/" + m.get_str());
+}
+
+const std::string& Row::operator[](std::size_t i) const {
+  static const std::string none;
+  return i < all.size() ? all[i] : none;
 }
 
 std::vector<Row> table(const std::string& text) {
@@ -134,19 +127,16 @@ void each_alias(const std::string& x, const std::string& y, const std::function<
                 const std::function<void(Call&, int)>& check) {
   for (int alias = 0; alias < 3; ++alias) {
     SCOPED_TRACE("to " + std::string(1, "rxy"[alias]) + " from " + x + " and " + y);
-    num* const operands[] = {Mc[2], set(Mc[0], x), set(Mc[1], y)};
-    Call call{operands[alias], operands[1], operands[2], ""};
-    if (alias == 0) junk(call.r);
-    call.fields_before = fields(call.r);
-    const std::string before[] = {state(Mc[2]), state(call.x), state(call.y)};
-    channels[1].clear();
+    num* const all[] = {junk(Mc[2]), set(Mc[0], x), set(Mc[1], y)};
+    Call call{all[alias], all[1], all[2], fields(all[alias])};
+    const std::string before[] = {state(all[0]), state(all[1]), state(all[2])};
+    PoolTest::explained();
     const int status = op(call);
     if (status == kNotAllowed) continue;
     for (int i = 0; i < 3; ++i)
-      EXPECT_EQ(i != alias || status < 0 ? state(operands[i]) : before[i], before[i]);
+      EXPECT_EQ(i != alias || status < 0 ? state(all[i]) : before[i], before[i]);
+    EXPECT_EQ(PoolTest::explained().empty(), status >= 0);
     EXPECT_EQ(call.r->end, IS);
-    flush(*explanations);
-    EXPECT_EQ(channels[1].empty(), status >= 0);
     check(call, status);
   }
 }
@@ -154,7 +144,6 @@ void each_alias(const std::string& x, const std::string& y, const std::function<
 PoolTest::PoolTest() : console_(into(channels[0])), explanations_(into(channels[1])) {
   console = console_.get();
   explanations = explanations_.get();
-  for (std::string& text : channels) text.clear();
   use_precision(0);
 }
 
@@ -184,11 +173,9 @@ std::string PoolTest::explained() {
 void PoolTest::evaluate(const std::string& rows) {
   for (const Row& row : table(rows)) {
     SCOPED_TRACE(row[0]);
-    std::string expected = row[1];
-    if (expected.starts_with('=')) {
-      calc(row[1].c_str() + 1, &Cn, 1);
-      expected = value(Cn);
-    }
+    const bool other = row[1].starts_with('=');
+    if (other) calc(row[1].c_str() + 1, &Cn, 1);
+    const std::string expected = other ? value(Cn) : row[1];
     const std::vector<char> text(row[0].c_str(), row[0].c_str() + row[0].size() + 1);
     const int consumed = calc(text.data(), &Cn, 1);
     EXPECT_EQ(value(Cn), expected);

@@ -10,50 +10,42 @@
 
 #include <functional>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "base/report.h"
+#include "bigint/pool.h"
 #include "console/storage.h"
 #include "fraction/numf.h"
 
 namespace tivelo::tests {
 
-// Sets a record from text; the limbs above the number, and dden, are junk.
-num* set(num* a, const std::string& text);
+num* set(num* a, const std::string& text);  // leaves junk above the number, and in dden
 numf set(numf f, const std::string& text);
-num* junk(num* a);  // junk in every limb and field, for a result
+inline numf set(char letter, const std::string& text) { return set(M[letter - 'A'], text); }
+num* junk(num* a);  // in every limb and field: a result that nothing may rely on
 
 std::string raw(const num* a);     // as set() reads it
-std::string fields(const num* a);  // "ext rem rdiv dden dec res imag used"
+std::string fields(const num* a);  // "ext rem rdiv dec res imag used dden"
 std::string state(const num* a);   // both
 mpz_class big(const num* a);       // with its sign, without shift and point
+std::string value(const numf& f);  // without leading zeros, a decimal with 16 places, 0 or -0
 
-// By value: leading zero limbs do not show, the places of a decimal are all there, zero is "0".
-std::string value(const numf& f);
-
-// One row of a table: fields between ':', rows between ';' or line ends. A field that is missing
-// is "" or 0.
+// One row of a table: fields between ':', rows between ';' or line ends. A missing field is empty.
 struct Row {
-  std::vector<std::string> all;
-  const std::string& operator[](std::size_t i) const {
-    static const std::string kNone;
-    return i < all.size() ? all[i] : kNone;
-  }
+  std::vector<std::string> all = {};
+  const std::string& operator[](std::size_t i) const;
   int number(std::size_t i) const { return std::atoi((*this)[i].c_str()); }
 };
 std::vector<Row> table(const std::string& text);
 
-// One call r = x op y, and r's fields before it.
+// One call r = x op y, with r's fields before it.
 struct Call {
   num *r, *x, *y;
   std::string fields_before;
-  bool own() const { return r != x && r != y; }
 };
 inline constexpr int kNotAllowed = 99;  // what op answers when it may not be called so
 
 // Calls op with a result of its own, full of junk, and with each operand as the result. Operands
-// that are not the result, and the result of a refusal, must stay; a refusal is explained.
+// that are not the result, and the result of a refusal, must stay; a refusal must be explained.
 void each_alias(const std::string& x, const std::string& y, const std::function<int(Call&)>& op,
                 const std::function<void(Call&, int status)>& check);
 
@@ -65,7 +57,6 @@ class PoolTest : public ::testing::Test {
   void use_precision(int digit);
   static std::string printed();    // on the console since the last call
   static std::string explained();  // on the other channel
-  static void set_variable(char letter, const std::string& text) { set(M[letter - 'A'], text); }
 
   // Rows of text : value ("=..." is the value of another text) : "err" or what else is printed :
   // what calc returns, by default all of the text and its zero.
