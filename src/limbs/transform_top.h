@@ -80,13 +80,14 @@ inline void split_column(double* x, std::size_t h, const Vec* u, const TopRoots&
 template <int U, int kUnits>
 inline void split_columns_of(double* x, const Operand& a, std::size_t h, std::size_t from,
                              std::size_t to, const Prime& f) {
+  constexpr std::size_t kHeld = U < kUnits ? U : kUnits;
   const TopRoots z = top_roots(f);
   const Modulus m = f.m;
   for (std::size_t c = from; c < to; c += W) {
     Vec u[8];
     for (std::size_t j = 0; j < 8; ++j) {
       u[j] = all(0);
-      if (j >= U || j >= kUnits) continue;
+      if (j >= kHeld) continue;
       u[j] = kUnits == 8 ? coefficients(a, j * h + c, m) : whole_coefficients(a, j * h + c, m);
     }
     split_column<U, kUnits>(x + c, h, u, z, m);
