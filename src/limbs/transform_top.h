@@ -75,12 +75,15 @@ inline void split_column(double* x, std::size_t h, const Vec* u, const TopRoots&
   for (std::size_t j = 0; j < U; ++j) store(x + j * h, y[j]);
 }
 
+// Of the U units of a split, how many an operand of k units fills.
+constexpr std::size_t held_units(std::size_t u, std::size_t k) { return k < u ? k : u; }
+
 // Columns [from, to) of split_top, in all of which exactly the first kUnits units of the operand
 // are present; or any where kUnits is 8.
 template <int U, int kUnits>
 inline void split_columns_of(double* x, const Operand& a, std::size_t h, std::size_t from,
                              std::size_t to, const Prime& f) {
-  constexpr std::size_t kHeld = U < kUnits ? U : kUnits;
+  constexpr std::size_t kHeld = held_units(U, kUnits);
   const TopRoots z = top_roots(f);
   const Modulus m = f.m;
   for (std::size_t c = from; c < to; c += W) {
