@@ -154,7 +154,7 @@ Flow set_display(Run& run, const char** at) {
 }
 
 // "L:" name
-Flow run_script(Run& run, const char** at) { return run_nested(run, *at); }
+Flow run_script(Run&, const char** at) { return run_nested(*at); }
 
 // "LC:" name
 Flow load_cells(Run&, const char** at) {

@@ -188,7 +188,7 @@ int run_calculator(int count, const char* const* arguments, const Console& outsi
   return status;
 }
 
-Flow run_nested(Run&, const char* name) {
+Flow run_nested(const char* name) {
   if (nesting >= kNestedRuns) {
     explain("scripts nested more than %d deep; not run", kNestedRuns);
     err(kTooDeep);

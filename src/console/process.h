@@ -19,6 +19,6 @@ int run_calculator(int count, const char* const* arguments, const Console& outsi
 
 // Runs the script file `name` as a nested run on the same variables. Flow::next when its script is
 // used up, could not be opened or was refused (each reported), quit when it ended the process.
-Flow run_nested(Run& outer, const char* name);
+Flow run_nested(const char* name);
 
 }  // namespace tivelo

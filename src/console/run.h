@@ -42,7 +42,7 @@ struct Run {
 // How a pass, or what it consists of, leaves the run.
 enum class Flow {
   next,     // on to the next line
-  fall_on,  // a command that was none: the rest of the line is looked at further
+  fall_on,  // nothing was done: no command here, or no line in this pass
   used_up,  // the script is used up; ends a nested run
   quit,     // ends the process
 };
