@@ -8,6 +8,7 @@
 #include "bigint/pool.h"
 #include "console/storage.h"
 #include "eval/calc.h"
+#include "eval/stepwise.h"
 #include "harness.h"
 #include "output/print.h"
 
@@ -45,6 +46,7 @@ struct Result {
 
 Result evaluate(const char* text) {
   set_line_in_hand(text);
+  grant_steps();
   Result r{calc(text, &Cn, 1), {}, {}};
   const num* c = Cn.c;
   const num* m = Cn.m;

@@ -18,6 +18,7 @@
 #include "console/process.h"
 #include "console/variable_file.h"
 #include "eval/calc.h"
+#include "eval/stepwise.h"
 #include "fraction/cells.h"
 #include "fraction/decimal.h"
 #include "numtheory/factor.h"
@@ -65,6 +66,7 @@ Flow scale(Run&, const char** at) {
 void store_input(const char* line, int v, int k) {
   numf value(Jc, Jm);
   set_line_in_hand(line);
+  grant_steps();
   // The registers of depth 0 begin with the current result, which a typed value must not disturb.
   rncopy(Fc, Cn.c);
   rncopy(Fm, Cn.m);

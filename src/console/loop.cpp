@@ -8,6 +8,7 @@
 #include "console/commands.h"
 #include "console/lines.h"
 #include "eval/calc.h"
+#include "eval/stepwise.h"
 #include "fraction/cells.h"
 #include "output/print.h"
 
@@ -97,6 +98,7 @@ Flow run_pass(Run& run) {
   if (source == Flow::fall_on) return Flow::next;
   if (source != Flow::next) return source;
   set_line_in_hand(run.line);
+  grant_steps();
   const char* at = run.line;
   if (*at == '\0' && !run.script_opened) {
     put(*console, kHelp);

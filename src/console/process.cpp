@@ -25,7 +25,12 @@ namespace {
 
 constexpr int kNestedRuns = 32;
 
+// A script that runs itself twice asks for 2^32 runs within that depth. So one "L:" of the
+// outermost run stands for so many runs at most, all that it leads to counted.
+constexpr int kRunsAtOnce = 100'000;
+
 int nesting = 0;
+int runs_left = 0;
 
 // How the command line is understood.
 struct Start {
@@ -191,6 +196,12 @@ int run_calculator(int count, const char* const* arguments, const Console& outsi
 Flow run_nested(const char* name) {
   if (nesting >= kNestedRuns) {
     explain("scripts nested more than %d deep; not run", kNestedRuns);
+    err(kTooDeep);
+    return Flow::next;
+  }
+  if (nesting == 0) runs_left = kRunsAtOnce;
+  if (--runs_left < 0) {
+    explain("more than %d scripts run by one line; not run", kRunsAtOnce);
     err(kTooDeep);
     return Flow::next;
   }

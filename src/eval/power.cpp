@@ -1,6 +1,5 @@
 // The power operator. Powers of ten and of their reciprocals are shifts; other integers go through
-// a squaring chain; fractions and decimals are multiplied up step by step, because every product in
-// decimal mode cuts its digits and the cuts are part of the value.
+// a squaring chain; fractions and decimals are multiplied up step by step.
 #include <algorithm>
 #include <cmath>
 
@@ -11,6 +10,7 @@
 #include "bigint/pool.h"
 #include "eval/calc.h"
 #include "eval/operators.h"
+#include "eval/stepwise.h"
 #include "fraction/arith.h"
 #include "fraction/decimal.h"
 #include "limbs/arith.h"
@@ -110,21 +110,6 @@ void integer_power(num* result, const num* base, long long n) {
   std::ranges::copy(power, in_use(result).begin());
 }
 
-bool same_magnitude(const num* a, const num* b) {
-  return a->dec == b->dec && std::ranges::equal(in_use(a), in_use(b));
-}
-
-// n products, ended early by one that changes nothing (zero, one, or a refusal): all later ones
-// would do the same.
-void stepwise_power(numf* result, numf* base, long long n) {
-  for (; n > 0; --n) {
-    rncopy(Ze, result->c);
-    rncopy(Zx, result->m);
-    err(nprod(result, result, base));
-    if (same_magnitude(Ze, result->c) && same_magnitude(Zx, result->m)) return;
-  }
-}
-
 // The base of a negative exponent: numerator and denominator exchanged, or for a decimal the
 // reciprocal, cut to 16 places.
 void make_reciprocal(numf* f, numf* base) {
@@ -161,8 +146,8 @@ int apply_power(Level& level, numf* operand, int position) {
     if (base->c->dec == 0 && is_one(base->m) && magnitude(base->c).size() > 0 &&
         !is_magnitude_one(base->c)) {
       integer_power(operand->c, base->c, n);
-    } else {
-      stepwise_power(operand, base, n);
+    } else if (!stepwise_power(operand, base, n)) {
+      return position + count;
     }
   }
   if (negative) operand->c->sign = -1;

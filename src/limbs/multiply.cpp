@@ -1,9 +1,11 @@
-// Chooses the method by length: columns for short operands, the exact transform for long ones,
-// and slices of the longer operand against one transform of the shorter where they are far apart.
+// Chooses the method by length: columns for short operands (in scalar registers while both are very
+// short), the exact transform for long ones, and slices of the longer operand against one transform
+// of the shorter where they are far apart.
 #include "limbs/multiply.h"
 
 #include <algorithm>
 #include <cassert>
+#include <iterator>
 
 #include "limbs/arith.h"
 #include "limbs/target.h"
@@ -11,6 +13,29 @@
 
 namespace tivelo::limbs {
 namespace {
+
+// r = a x b column by column in scalar registers, for a shorter operand of N limbs.
+template <std::size_t N>
+void multiply_narrow(Limbs r, ConstLimbs a, ConstLimbs b) {
+  std::uint64_t window[N] = {};  // window[i] is the limb of a that meets b[i] in the column
+  std::uint64_t carry = 0;
+  const auto column = [&](std::size_t c, std::uint64_t entering) {
+    for (std::size_t i = N - 1; i > 0; --i) window[i] = window[i - 1];
+    window[0] = entering;
+    std::uint64_t sum = carry;
+    for (std::size_t i = 0; i < N; ++i) sum += window[i] * b[N - 1 - i];
+    carry = sum / kBase;
+    r[c] = static_cast<Limb>(sum - carry * kBase);
+  };
+  for (std::size_t i = a.size(); i-- > 0;) column(i + N, a[i]);
+  for (std::size_t c = N; c-- > 1;) column(c, 0);
+  r[0] = static_cast<Limb>(carry);
+}
+
+// One for each length of the shorter operand, from 1.
+constexpr void (*kNarrow[])(Limbs r, ConstLimbs a, ConstLimbs b) = {
+    multiply_narrow<1>, multiply_narrow<2>, multiply_narrow<3>, multiply_narrow<4>,
+    multiply_narrow<5>, multiply_narrow<6>, multiply_narrow<7>, multiply_narrow<8>};
 
 // Coefficients that a transform must hold for a product of na by nb limbs.
 std::size_t coefficients(std::size_t na, std::size_t nb) { return (na + 1) / 2 + (nb + 1) / 2 - 1; }
@@ -64,6 +89,8 @@ std::size_t multiply_workspace(std::size_t na, std::size_t nb) {
 void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   assert(r.size() == a.size() + b.size() && !a.empty() && !b.empty());
   if (a.size() < b.size()) std::swap(a, b);
+  if (a.size() <= kNarrowProduct && b.size() <= std::size(kNarrow))
+    return kNarrow[b.size() - 1](r, a, b);
   if (a.data() == b.data() && a.size() == b.size()) return square(r, a, ws);
   const Target& t = target();
   const bool even = a.size() < 2 * b.size();

@@ -20,6 +20,7 @@ inline constexpr Thresholds kAvx2Thresholds = {300, 220, 330};
 inline constexpr Thresholds kPortableThresholds = {580, 360, 880};
 
 // Measured with build/release/bench/kernels, lengths in limbs.
+inline constexpr std::size_t kNarrowProduct = 48;       // longer operand, by up to 8 in scalars
 inline constexpr std::size_t kDivideRecursion = 400;    // quotient and divisor, from rows
 inline constexpr std::size_t kDivideReciprocal = 1000;  // divisor, from recursion to reciprocals
 inline constexpr std::size_t kReciprocalDirect = 300;   // up to here by one long division

@@ -4,6 +4,7 @@
 
 #include "base/precision.h"
 #include "eval/calc.h"
+#include "eval/stepwise.h"
 
 namespace tivelo::tests {
 namespace {
@@ -177,6 +178,7 @@ void PoolTest::evaluate(const std::string& rows) {
     if (other) calc(row[1].c_str() + 1, &Cn, 1);
     const std::string expected = other ? value(Cn) : row[1];
     const std::vector<char> text(row[0].c_str(), row[0].c_str() + row[0].size() + 1);
+    grant_steps();
     const int consumed = calc(text.data(), &Cn, 1);
     EXPECT_EQ(value(Cn), expected);
     EXPECT_EQ(printed(), row[2] == "err" ? "err " : row[2]);
