@@ -1,9 +1,12 @@
 #!/usr/bin/env bash
-# The linter on src/ (all files, or those given), with the checks of .clang-tidy.
+# The linters on src/: cppcheck, then clang-tidy with the checks of .clang-tidy (on all files, or
+# those given).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/need.sh
-need g++ cmake make clang-tidy
+need g++ cmake make clang-tidy cppcheck
+cppcheck -q --std=c++20 --language=c++ --enable=warning,performance,portability -I src \
+  --suppressions-list=.cppcheck --error-exitcode=1 src
 cmake -B build/lint -DCMAKE_BUILD_TYPE=Debug >/dev/null  # with asserts: they tell it what holds
 [ $# -gt 0 ] || mapfile -t files < <(find src -name '*.cpp')
 printf '%s\n' "${@:-${files[@]}}" | xargs -P 2 -n 4 clang-tidy -quiet -p build/lint

@@ -160,7 +160,7 @@ struct BaseTwiddles {
 };
 
 inline BaseTwiddles base_twiddles(std::size_t b, int level, const Chain& r, const Prime& f) {
-  BaseTwiddles w;
+  BaseTwiddles w = {};
   if constexpr (W == 8) {
     w.w2 = multiply_mod(load(f.t->base_even + b), all(r.root[level + 2]), f.m);
     w.v2 = multiply_mod(load(f.t->inverse_base_even + b), all(r.inverse[level + 2]), f.m);
