@@ -1,11 +1,12 @@
-# Sourced by the other scripts. "need THING..." makes sure that commands and headers are there:
+# Sourced by the other scripts. "need THING..." makes sure that commands, headers and files are there:
 # where the user is root and has apt-get it installs what is missing, elsewhere it names it.
 
 declare -A PACKAGE=([clang++]=clang [gtest/gtest.h]=libgtest-dev [gmp.h]=libgmp-dev
-                    [benchmark/benchmark.h]=libbenchmark-dev)
+                    [benchmark/benchmark.h]=libbenchmark-dev [/usr/share/i18n/locales]=locales)
 
 have() {
   case $1 in
+    /*) [ -e "$1" ] ;;
     *.h) echo "#include <$1>" | g++ -E -x c++ - >/dev/null 2>&1 ;;
     *) command -v "$1" >/dev/null ;;
   esac
