@@ -147,20 +147,16 @@ void print_variable(int v, char* scratch, int digits, Out& to) {
   }
 }
 
-// The words as they are: under a long value they are its limbs.
+// The words as they are: under a long value they are its limbs, and a loaded low word may have nine
+// or ten digits.
 void print_cell(int v, int k) {
   const Cell cell = read_cell(v, k);
   const long long top = cell.top;
-  long long middle = cell.middle;
+  const long long middle = cell.middle;
   long long low = cell.low;
   if (low < 0) {
     put(*console, "-");
     low = -low;
-  }
-  if (middle != 0 && low >= kBase) {
-    // A loaded word of nine or ten digits carries into the middle one.
-    middle += middle > 0 ? low / kBase : -(low / kBase);
-    low %= kBase;
   }
   if (top < 0) {
     if (middle > 0) {
