@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cstring>
 #include <string_view>
@@ -242,12 +243,24 @@ constexpr Command kCommands[] = {
     {"#FC", close_both_files},
 };
 
+// The second characters of the marks: few lines without a command have one of them there.
+constexpr std::array<bool, 256> make_seconds() {
+  std::array<bool, 256> seconds{};
+  for (const Command& command : kCommands)
+    seconds[static_cast<unsigned char>(command.mark[1])] = true;
+  return seconds;
+}
+
+bool may_be_command(const char* at) {
+  static constexpr std::array<bool, 256> kSeconds = make_seconds();
+  return *at != '\0' && kSeconds[static_cast<unsigned char>(at[1])];
+}
+
 }  // namespace
 
 Flow run_command(Run& run, const char** at) {
   for (const Command& command : kCommands) {
-    // Two characters rule nearly every row out.
-    if (**at != command.mark[0] || (*at)[1] != command.mark[1]) continue;
+    if (!may_be_command(*at)) break;
     if (std::strncmp(*at, command.mark.data(), command.mark.size()) != 0) continue;
     *at += command.mark.size();
     const Flow flow = command.run(run, at);

@@ -1,7 +1,5 @@
 #include "eval/calc.h"
 
-#include <cstring>
-
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
@@ -34,9 +32,7 @@ struct Evaluation {
         level{expression, numf(Zc[depth + 2], Zm[depth + 2]), depth},
         slot(&term) {
     mclear(result);
-    mclear(&factor);
     mclear(&term);
-    mclear(&level.auxiliary);
   }
 
   char here() const { return text[position]; }
@@ -54,6 +50,7 @@ struct Evaluation {
 int Evaluation::apply_operator(int precedence) {
   const Operator* op = find_operator(here(), precedence);
   if (op == nullptr) return 0;
+  mclear(&level.auxiliary);
   const int next = op->apply(level, slot, position + 1);
   if (next >= 0) position = next;
   return next;
@@ -98,6 +95,22 @@ bool Evaluation::finish_term() {
   return end == ')' || end == '|' || end == '\0' || here() == ',';
 }
 
+// Does an operand end before this character? Otherwise another operand begins with it.
+bool ends_operand(char c) {
+  switch (c) {
+    case '\0':
+    case '+':
+    case '-':
+    case '*':
+    case '/':
+    case ')':
+    case '|':
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 bool depth_fits(int depth) { return depth + 2 < kRegisterPairs; }
@@ -110,7 +123,7 @@ int calc(const char* text, numf* target, int depth) {
     const int status = e.read_factor();
     if (status < 0) return status;
     e.skip_spaces();
-    if (e.here() != '\0' && std::strchr("+-)|*/", e.here()) == nullptr) {
+    if (!ends_operand(e.here())) {
       // Another operand follows and replaces this one, provided that something was read at all.
       if (e.position > before) continue;
       explain_at(text + e.position, "'%c' starts no operand", e.here());
@@ -120,6 +133,7 @@ int calc(const char* text, numf* target, int depth) {
     e.finish_product();
     if (e.here() == '*' || e.here() == '/') {
       e.multiplicative = text[e.position++];
+      mclear(&e.factor);
       e.slot = &e.factor;
     } else if (e.finish_term()) {
       return e.position;

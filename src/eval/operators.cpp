@@ -1,6 +1,7 @@
 #include "eval/operators.h"
 
 #include <algorithm>
+#include <array>
 #include <climits>
 
 #include "base/characters.h"
@@ -18,16 +19,28 @@
 
 namespace tivelo {
 
+namespace {
+
+constexpr Operator kOperators[] = {
+    {'^', kPostfix, apply_power},        {'!', kPostfix, apply_factorial},
+    {'P', kPostfix, apply_permutations}, {'C', kPostfix, apply_combinations},
+    {'G', kInteger, apply_gcd},          {'L', kInteger, apply_lcm},
+    {'M', kInteger, apply_remainder},    {'%', kInteger, apply_remainder},
+};
+
+// The row of kOperators for each character, or null.
+constexpr std::array<const Operator*, 256> make_rows() {
+  std::array<const Operator*, 256> rows{};
+  for (const Operator& op : kOperators) rows[static_cast<unsigned char>(op.mark)] = &op;
+  return rows;
+}
+
+}  // namespace
+
 const Operator* find_operator(char mark, int precedence) {
-  static constexpr Operator kOperators[] = {
-      {'^', kPostfix, apply_power},        {'!', kPostfix, apply_factorial},
-      {'P', kPostfix, apply_permutations}, {'C', kPostfix, apply_combinations},
-      {'G', kInteger, apply_gcd},          {'L', kInteger, apply_lcm},
-      {'M', kInteger, apply_remainder},    {'%', kInteger, apply_remainder},
-  };
-  for (const Operator& op : kOperators)
-    if (op.mark == mark && op.precedence == precedence) return &op;
-  return nullptr;
+  static constexpr std::array<const Operator*, 256> kRows = make_rows();
+  const Operator* op = kRows[static_cast<unsigned char>(mark)];
+  return op != nullptr && op->precedence == precedence ? op : nullptr;
 }
 
 // The least limb of a long operand does not say how many things there are to choose from; such an

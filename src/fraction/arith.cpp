@@ -1,6 +1,7 @@
 #include "fraction/arith.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "base/precision.h"
@@ -65,6 +66,31 @@ void divide_by(num* a, const num* m) {
   } else {
     nndiv(a, nullptr, a, m);
   }
+}
+
+// An integer of one limb, or the canonical zero.
+bool is_short_integer(const numf* f) {
+  const num* c = f->c;
+  const bool is_short = c->len == 0 || (c->len == 1 && units(c) != 0);
+  return is_short && c->dec == 0 && c->shift == 0 && is_one(f->m);
+}
+
+// x + y for short integers, y not zero: what exact_sum makes of them, without its steps.
+void short_sum(numf* r, const numf* x, const numf* y) {
+  const int total =
+      x->c->sign * static_cast<int>(units(x->c)) + y->c->sign * static_cast<int>(units(y->c));
+  num* c = r->c;
+  set_one_limb(r->m, 1);
+  if (total == 0) {
+    clear(c);
+    return;
+  }
+  const Limb size = static_cast<Limb>(std::abs(total));
+  c->len = size < kBase ? 1 : 2;
+  places(c, c->len)[0] = 1;
+  units(c) = size < kBase ? size : size - kBase;
+  c->sign = total > 0 ? 1 : -1;
+  c->shift = c->dec = 0;
 }
 
 // x + y over one-limb denominators with g as their greatest common divisor.
@@ -193,6 +219,10 @@ int decimal_quotient(numf* r, const numf* x, const numf* y) {
 
 int nsum(numf* r, numf* x, numf* y) {
   const Scratch scratch({Kc, Km}, {r->c, r->m, x->c, x->m, y->c, y->m});
+  if (is_short_integer(x) && is_short_integer(y) && y->c->len == 1) {
+    short_sum(r, x, y);
+    return 0;
+  }
   if (x->m->len <= 1 && y->m->len <= 1) {
     const int g = gcm(static_cast<int>(units(x->m)), static_cast<int>(units(y->m)));
     if (low_limb(x->m) / g * low_limb(y->m) <= kDenominatorBound) return exact_sum(r, x, y, g);
