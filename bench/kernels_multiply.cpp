@@ -50,7 +50,8 @@ void run_gmp(benchmark::State& state, Operation operation) {
 }
 
 void with_lengths(benchmark::internal::Benchmark* b) {
-  for (const int n : {1000, 10000, 100000, 200000, 400000, 800000, 1000000, 10000000}) b->Arg(n);
+  for (const int n : {24, 64, 1000, 10000, 100000, 200000, 400000, 800000, 1000000, 10000000})
+    b->Arg(n);
 }
 
 const bool registered = [] {
