@@ -5,78 +5,16 @@
 #include <pty.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-
-#include <csignal>
-#include <fstream>
-#include <sstream>
 
 #include "lines/feed.h"
+#include "support/program.h"
 
 namespace tivelo::tests {
 namespace {
 
-constexpr unsigned kSeconds = 60;  // a run that takes longer hangs; it ends with signal 14
-
 struct Faults : testing::Test {
   OwnFolder folder;
 };
-
-struct Outcome {
-  int status = 0;  // 128 and the signal for a run that a signal ended
-  std::string out, err;
-};
-
-struct Start {
-  std::string typed;
-  std::vector<std::string> args = {"0"};
-  std::function<void()> spoil = [] {};  // in the child, before the program takes over
-  std::vector<std::string> environment = {"LANG=C"};
-  bool named = true;  // false: not even a program name as argument 0
-};
-
-std::string text_of(const char* name) {
-  std::ostringstream text;
-  text << std::ifstream(name, std::ios::binary).rdbuf();
-  return text.str();
-}
-
-void write(const std::string& name, const std::string& text) {
-  std::ofstream(name, std::ios::binary) << text;
-}
-
-void redirect(int descriptor, const char* name, int flags) {
-  const int opened = open(name, flags, 0600);
-  if (opened < 0 || dup2(opened, descriptor) < 0) _exit(126);
-  close(opened);
-}
-
-std::vector<char*> pointers(const std::vector<std::string>& texts) {
-  std::vector<char*> all;
-  for (const std::string& text : texts) all.push_back(const_cast<char*>(text.c_str()));
-  all.push_back(nullptr);
-  return all;
-}
-
-Outcome run(const Start& start) {
-  write("in", start.typed);
-  std::vector<std::string> args = start.args;
-  if (start.named) args.insert(args.begin(), "tivelo");
-  const pid_t child = fork();
-  if (child == 0) {
-    redirect(0, "in", O_RDONLY);
-    redirect(1, "out", O_WRONLY | O_CREAT | O_TRUNC);
-    redirect(2, "err", O_WRONLY | O_CREAT | O_TRUNC);
-    alarm(kSeconds);
-    start.spoil();
-    execve(TIVELO_PROGRAM, pointers(args).data(), pointers(start.environment).data());
-    _exit(127);
-  }
-  int state = 0;
-  waitpid(child, &state, 0);
-  const int status = WIFEXITED(state) ? WEXITSTATUS(state) : 128 + WTERMSIG(state);
-  return {status, text_of("out"), text_of("err")};
-}
 
 std::string repeated(const std::string& text, std::size_t bytes) {
   std::string all;
@@ -115,7 +53,7 @@ TEST_F(Faults, OutputThatCannotBeWritten) {
       const Outcome outcome = run(start);
       EXPECT_EQ(outcome.status, 1) << start.typed.substr(0, 30);
       EXPECT_EQ(outcome.err, "tivelo: standard output cannot be written\n");
-      EXPECT_FALSE(has(text_of("print"), "TIVELO")) << "the console in a print file";
+      EXPECT_FALSE(has(content("print"), "TIVELO")) << "the console in a print file";
     }
   }
 }

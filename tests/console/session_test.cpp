@@ -1,235 +1,144 @@
-// Replays every transcript of tests/sessions and the tour of the README, through the program and in
-// this process, and compares what is printed, byte for byte, the exit status and the files left. A
-// difference is shown as a diff of the two transcripts; with TIVELO_RECORD set the one that came is
-// printed.
+// Replays every transcript of tests/sessions and the tour of the README through the program, and
+// compares what is printed, byte for byte, the exit status and the files left. The format is told
+// to authors in tests/sessions/README.md.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <memory>
 #include <sstream>
+#include <stdexcept>
+#include <utility>
 
-#include "console/process.h"
-#include "support/session_file.h"
+#include "lines/feed.h"
+#include "support/program.h"
 
 namespace tivelo::tests {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct Outcome {
-  std::string printed;
-  int status = 0;
+// One "$ " line and what belongs to it: all that a run printed and all that was typed in it. Of a
+// file both together are the content.
+struct Step {
+  std::string command, printed, typed;
 };
 
-// One way to run the calculator: its arguments, all of its input, the folder it runs in.
-using Way = Outcome (*)(const std::vector<std::string>& args, const std::string& typed,
-                        const fs::path& folder);
-
-constexpr unsigned kSeconds = 30;  // a run that takes longer hangs; it ends with signal 14
-
-Outcome run_program(const std::vector<std::string>& args, const std::string& typed,
-                    const fs::path& folder) {
-  std::FILE* in = std::tmpfile();
-  std::FILE* out = std::tmpfile();
-  std::fwrite(typed.data(), 1, typed.size(), in);
-  std::rewind(in);
-  const pid_t child = fork();
-  if (child == 0) {
-    std::vector<char*> argv{const_cast<char*>("tivelo")};
-    for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
-    argv.push_back(nullptr);
-    dup2(fileno(in), 0);
-    dup2(fileno(out), 1);
-    dup2(fileno(out), 2);  // a word on standard error is a difference, too
-    alarm(kSeconds);
-    if (chdir(folder.c_str()) == 0) execv(TIVELO_PROGRAM, argv.data());
-    _exit(127);
+// Reads the escape after the backslash at text[at], appends what it stands for and returns the
+// position behind it.
+std::size_t unescape(const std::string& text, std::size_t at, std::string& to) {
+  const char c = text[at + 1];
+  if (c == 'x') {
+    to += static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16));
+    return at + 4;
   }
-  int state = 0;
-  waitpid(child, &state, 0);
-  Outcome outcome;
-  outcome.status = WIFEXITED(state) ? WEXITSTATUS(state) : 128 + WTERMSIG(state);
-  std::rewind(out);
-  char block[4096];
-  for (std::size_t n; (n = std::fread(block, 1, sizeof block, out)) > 0;) {
-    outcome.printed.append(block, n);
+  if (c == '{') {  // \{TEXT*COUNT}
+    const std::size_t star = text.find('*', at), end = text.find('}', star);
+    if (end == std::string::npos) throw std::invalid_argument("\\{ without its * or }");
+    for (int i = std::stoi(text.substr(star + 1)); i > 0; --i)
+      to.append(text, at + 2, star - at - 2);
+    return end + 1;
   }
-  std::fclose(in);
-  std::fclose(out);
-  return outcome;
+  to += c == 't' ? '\t' : c == 'r' ? '\r' : c;
+  return at + 2;
 }
 
-// Hands the calculator its input line by line, as a terminal does.
-long fill_line(void* context, char* data, std::size_t size) {
-  auto& left = *static_cast<std::string_view*>(context);
-  const std::size_t line = std::min({size, left.find('\n') + 1, left.size()});
-  const std::size_t n = line == 0 ? std::min(size, left.size()) : line;
-  left.copy(data, n);
-  left.remove_prefix(n);
-  return static_cast<long>(n);
-}
-
-bool drain_text(void* context, const char* data, std::size_t size) {
-  static_cast<std::string*>(context)->append(data, size);
-  return true;
-}
-
-Outcome run_in_process(const std::vector<std::string>& args, const std::string& typed,
-                       const fs::path& folder) {
-  Outcome outcome;
-  std::string_view left = typed;
-  const auto in = std::make_unique<In>();
-  const auto out = std::make_unique<Out>();
-  in->fill = fill_line;
-  in->context = &left;
-  out->drain = drain_text;
-  out->context = &outcome.printed;
-  std::vector<const char*> argv;
-  for (const std::string& arg : args) argv.push_back(arg.c_str());
-  const fs::path before = fs::current_path();
-  fs::current_path(folder);
-  outcome.status = run_calculator(static_cast<int>(argv.size()), argv.data(),
-                                  {in.get(), out.get(), nullptr, out.get()});
-  fs::current_path(before);
-  return outcome;
-}
-
-const std::pair<const char*, Way> kWays[] = {{"program", run_program},
-                                             {"in_process", run_in_process}};
-
-// A new empty folder, removed with all that is in it.
-struct Folder {
-  fs::path path;
-  Folder() {
-    std::string name = (fs::temp_directory_path() / "tivelo-XXXXXX").string();
-    path = mkdtemp(name.data());
-  }
-  ~Folder() { fs::remove_all(path); }
-};
-
-std::string content(const fs::path& file) {
-  std::ostringstream out;
-  out << std::ifstream(file, std::ios::binary).rdbuf();
-  return out.str();
-}
-
-void write_file(const fs::path& file, const std::string& text) {
-  std::ofstream(file, std::ios::binary) << text;
-}
-
-// The session as it went in a new folder. A run that differs is left in one exchange.
-Session replay(const Session& wanted, Way way) {
-  Folder folder;
-  Session came{wanted.name, wanted.header, {}};
-  Outcome last;
-  for (Step step : wanted.steps) {
-    const fs::path file = step.args.empty() ? "" : folder.path / step.args[0];
-    if (step.kind == Step::Kind::kRun) {
-      last = way(step.args, typed(step), folder.path);
-      if (last.printed != printed(step)) step.exchanges = {{last.printed, ""}};
-    } else if (step.kind == Step::Kind::kStatus) {
-      step.text = std::to_string(last.status) + "\n";
-    } else if (step.kind == Step::Kind::kMake) {
-      write_file(file, step.text);
+// Splits what follows a command at what was typed: that begins after "? " or \> and ends with the
+// line.
+void read_body(Step& step, const std::string& body) {
+  bool typing = false;
+  std::size_t line = 0;  // where the last typed line begins
+  for (std::size_t i = 0; i < body.size();) {
+    std::string& to = typing ? step.typed : step.printed;
+    if (body.compare(i, 2, "\\\n") == 0) {
+      typing = false;
+      i += 2;
+    } else if (!typing && (body.compare(i, 2, "? ") == 0 || body.compare(i, 2, "\\>") == 0)) {
+      if (body[i] == '?') to += "? ";
+      typing = true;
+      line = step.typed.size();
+      i += 2;
+    } else if (body[i] == '\\') {
+      i = unescape(body, i, to);
     } else {
-      step.kind = fs::exists(file) ? Step::Kind::kFile : Step::Kind::kMissing;
-      step.text = content(file);
+      to += body[i];
+      if (body[i++] == '\n') typing = false;
     }
-    came.steps.push_back(step);
   }
-  return came;
-}
-
-// Finds what was printed before each typed line, which the output alone does not tell: a run that
-// is given the first k lines only prints as much, and then the line end at the end of its input.
-void split_runs(Session& came, const Session& wanted, Way way) {
-  for (std::size_t i = 0; i < came.steps.size(); ++i) {
-    const std::string all = printed(came.steps[i]);
-    if (wanted.steps[i].kind != Step::Kind::kRun || all == printed(wanted.steps[i])) continue;
-    Session part = wanted;
-    part.steps.resize(i + 1);
-    std::vector<Exchange> split;
-    std::size_t from = 0;
-    std::string input;
-    for (const Exchange& next : wanted.steps[i].exchanges) {
-      part.steps[i].exchanges = {{"", input}};
-      const std::string begun = printed(replay(part, way).steps[i]);
-      const bool end = next.typed.empty() || begun == all;
-      const std::size_t to = end ? all.size() : std::max(from, begun.size() - !begun.empty());
-      split.push_back({all.substr(from, to - from), end ? "" : next.typed});
-      if (end) break;
-      from = to;
-      input += next.typed;
-    }
-    came.steps[i].exchanges = split;
+  // The prompt at the very end got no answer: the line end after it is the program's own.
+  if (body.ends_with("? \n") && step.typed.substr(line) == "\n") {
+    step.typed.pop_back();
+    step.printed += "\n";
   }
 }
 
-std::string diff(const std::string& wanted, const std::string& came) {
-  Folder folder;
-  write_file(folder.path / "wanted", wanted);
-  write_file(folder.path / "came", came);
-  // Blanks at the end of a line show as middle dots.
-  const std::string command = "cd '" + folder.path.string() +
-                              "' && sed -i -e ':a;s/ \\(\\(\\xc2\\xb7\\)*\\)$/\\xc2\\xb7\\1/;ta' "
-                              "wanted came; diff -u wanted came";
-  std::FILE* pipe = popen(command.c_str(), "r");
-  std::string out;
-  for (int c; (c = std::fgetc(pipe)) != EOF;) out += static_cast<char>(c);
-  pclose(pipe);
-  return out;
+// The steps of a transcript; of a .md file those in the blocks fenced as "session".
+std::vector<Step> read_session(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  bool inside = file.extension() == ".session";
+  std::vector<Step> steps(1);  // the first one takes what stands before the first command
+  std::string body;
+  const auto finish = [&] { read_body(steps.back(), std::exchange(body, "")); };
+  for (std::string line; std::getline(in, line);) {
+    if (line.starts_with("```")) {
+      inside = line == "```session";
+    } else if (inside && line.starts_with("$ ")) {
+      finish();
+      steps.push_back({line.substr(2), "", ""});
+    } else if (inside) {
+      body += line + "\n";
+    }
+  }
+  finish();
+  steps.erase(steps.begin());
+  return steps;
 }
 
-class SessionTest : public testing::TestWithParam<std::tuple<fs::path, int>> {};
+void replay(const Step& step) {
+  SCOPED_TRACE("$ " + step.command);
+  std::istringstream words(step.command);
+  std::vector<std::string> args;
+  for (std::string word; words >> word;) args.push_back(word);
+  const bool file = args[0] == "cat";
+  args.erase(args.begin());
+  if (!file) {
+    const Outcome outcome = run({step.typed, args});
+    EXPECT_EQ(outcome.out, step.printed);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+  } else if (args[0] == ">") {
+    write(args.at(1), step.printed + step.typed);
+  } else {
+    EXPECT_EQ(content(args[0]), step.printed + step.typed);
+  }
+}
+
+class SessionTest : public testing::TestWithParam<fs::path> {};
 
 TEST_P(SessionTest, GoesAsWritten) {
-  const auto& [file, index] = GetParam();
-  Session wanted = read_session(file);
-  ASSERT_FALSE(wanted.steps.empty()) << file << " holds no session";
-  // Unless a session says otherwise, its last run ends with status 0.
-  if (wanted.steps.back().kind != Step::Kind::kStatus) {
-    wanted.steps.push_back({Step::Kind::kStatus, "$ echo $?", {"$?"}, "0\n", {}});
-  }
-  const Way way = kWays[index].second;
-  Session came = replay(wanted, way);
-  const std::string text = write_session(wanted);
-  if (write_session(came) == text && std::getenv("TIVELO_RECORD") == nullptr) return;
-  split_runs(came, wanted, way);
-  if (std::getenv("TIVELO_RECORD") != nullptr) std::fputs(write_session(came).c_str(), stdout);
-  ADD_FAILURE() << file << " went differently:\n" << diff(text, write_session(came));
+  const std::vector<Step> steps = read_session(GetParam());
+  ASSERT_FALSE(steps.empty()) << "no session";
+  OwnFolder folder;
+  for (const Step& step : steps) replay(step);
 }
 
+const fs::path kRoot = TIVELO_ROOT;
+
 std::vector<fs::path> transcripts() {
-  const fs::path root = TIVELO_ROOT;
-  std::vector<fs::path> files{root / "README.md"};
-  for (const auto& entry : fs::recursive_directory_iterator(root / "tests/sessions")) {
+  std::vector<fs::path> files{kRoot / "README.md"};
+  for (const auto& entry : fs::recursive_directory_iterator(kRoot / "tests/sessions"))
     if (entry.path().extension() == ".session") files.push_back(entry.path());
-  }
-  std::sort(files.begin(), files.end());
+  std::ranges::sort(files);
   return files;
 }
 
-std::string name_of(const testing::TestParamInfo<SessionTest::ParamType>& test) {
-  const auto& [file, index] = test.param;
-  std::string name = file.lexically_relative(fs::path(TIVELO_ROOT) / "tests/sessions").string();
-  if (file.extension() == ".md") name = file.stem().string();
-  name = name.substr(0, name.rfind(".session")) + "_" + kWays[index].first;
-  std::replace_if(
-      name.begin(), name.end(), [](char c) { return std::isalnum(c) == 0; }, '_');
+std::string name_of(const testing::TestParamInfo<fs::path>& test) {
+  std::string name = test.param.lexically_relative(kRoot / "tests/sessions").replace_extension();
+  std::ranges::replace_if(
+      name, [](char c) { return std::isalnum(c) == 0; }, '_');
   return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(All, SessionTest,
-                         testing::Combine(testing::ValuesIn(transcripts()),
-                                          testing::Range(0, static_cast<int>(std::size(kWays)))),
-                         name_of);
+INSTANTIATE_TEST_SUITE_P(All, SessionTest, testing::ValuesIn(transcripts()), name_of);
 
 }  // namespace
 }  // namespace tivelo::tests
