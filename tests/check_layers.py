@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Keeps the picture of the layers true: fails on an include in src/ that points up or sideways, on
 a circle of includes, and on a throw, a heap call or a print where the house has none."""
+import graphlib
 import pathlib
 import re
 import sys
@@ -53,19 +54,10 @@ def main():
             for match in re.finditer(pattern, code):
                 faults.append(f"{path}:{code.count(chr(10), 0, match.start()) + 1}: {rule}: {match[0]}")
 
-    done, trail = set(), []
-
-    def walk(name):
-        if name in trail:
-            faults.append("circle: " + " -> ".join(trail[trail.index(name):] + [name]))
-        elif name not in done:
-            trail.append(name)
-            for other in graph.get(name, []):
-                walk(other)
-            done.add(trail.pop())
-
-    for name in graph:
-        walk(name)
+    try:
+        graphlib.TopologicalSorter(graph).prepare()
+    except graphlib.CycleError as circle:
+        faults.append("circle: " + " <- ".join(circle.args[1]))
     print("\n".join(faults) or "the picture holds")
     return bool(faults)
 

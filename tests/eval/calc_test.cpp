@@ -48,6 +48,16 @@ TEST_F(CalcTest, ExactAndDecimal) {
       A/1.5000 : 9523809523.8095231746031746;  B/.0000000000000001-B : 0)");
 }
 
+TEST_F(CalcTest, ZeroLimbsStayAsTheWorkLeftThem) {
+  for (const Row& row : table(R"(
+      000000000005+1 : 0 6;  1*000000000005 : 5;  0-.12345 : -12345000 1 d2;
+      0.5123*1 : 0 51230000 1 d2;  1*0.5123 : 51230000 1 d2;  1.00000001-1.0000 : 1 0 d2;  -0 : -
+      123456789*.5000 : 61728394 50000001 23456789 d2)")) {
+    calc(row[0].c_str(), &Cn, 1);
+    EXPECT_EQ(raw(Cn.c), raw(set(Mc[0], row[1]))) << row[0];
+  }
+}
+
 TEST_F(CalcTest, Functions) {
   evaluate(R"(
       SIN30+COS60+TAN45+LOG2.8+SQRT9+SQR16+EXP+E'+PI+TIME*0+POL12+ATAN1 : 65.5781563105100006

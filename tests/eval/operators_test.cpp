@@ -3,7 +3,6 @@
 #include "bigint/addsub.h"
 #include "bigint/muldiv.h"
 #include "fraction/arith.h"
-#include "limbs/oracle.h"
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {
@@ -106,24 +105,6 @@ TEST_F(OperatorsTest, FallingProductsEndWhereTheyDoNotFit) {
       evaluate("(A)C" + text + " : " + chosen.get_str());
     }
     EXPECT_TRUE(fitting > 0 && fitting <= row.number(2) - row.number(1)) << row[0];
-  }
-}
-
-TEST_F(OperatorsTest, LongDivisorsAndMultiples) {
-  Operands operands(9);
-  for (int round = 0; round < 200 && !HasFailure(); ++round) {
-    const mpz_class c = tivelo::big(operands.number(1 + operands.below(20)));
-    const mpz_class a = c * tivelo::big(operands.any(1 + operands.below(80)));
-    const mpz_class b = c * tivelo::big(operands.any(1 + operands.below(80)));
-    const mpz_class g = gcd(a, b), q = g == 0 ? b : mpz_class(b / g);
-    const bool fits =
-        a == 0 || q <= 1 || set(Mc[3], q.get_str())->len + set(Mc[4], a.get_str())->len < 200;
-    const unsigned k = 1 + operands.below(2147483647);
-    set('A', "-000" + a.get_str());
-    set('B', b.get_str());
-    evaluate("(A)G(B) : " + g.get_str());
-    evaluate("(A)LB : " + mpz_class(-a * (fits ? q : mpz_class(1))).get_str());
-    evaluate("A%" + std::to_string(k) + " : -" + mpz_class(a % k).get_str());
   }
 }
 

@@ -20,7 +20,7 @@ void expect_gcd(const Number& a, const Number& b) {
 
 Number times(const mpz_class& a, const Number& b) {
   const mpz_class product = a * big(b);
-  return run_of(product, (product.get_str().size() + 7) / 8);
+  return run_of(product, length_of(product));
 }
 
 // Zero, one and equal operands, unbalanced lengths, common factors of every size, and neighbours

@@ -1,6 +1,7 @@
 #include "support/program.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -32,13 +33,22 @@ Outcome run(const Start& start) {
     redirect(2, "err", O_WRONLY | O_CREAT | O_TRUNC);
     alarm(kSeconds);
     start.spoil();
-    execve(TIVELO_PROGRAM, pointers(args).data(), pointers(start.environment).data());
+    std::vector<char*> own;
+    if (start.environment) own = pointers(*start.environment);
+    execve(TIVELO_PROGRAM, pointers(args).data(), start.environment ? own.data() : environ);
     _exit(127);
   }
   int state = 0;
   waitpid(child, &state, 0);
   const int status = WIFEXITED(state) ? WEXITSTATUS(state) : 128 + WTERMSIG(state);
   return {status, content("out"), content("err")};
+}
+
+std::string output(const Start& start) {
+  const Outcome outcome = run(start);
+  EXPECT_EQ(outcome.status, 0) << start.typed.substr(0, 99);
+  EXPECT_EQ(outcome.err, "");
+  return outcome.out;
 }
 
 std::string content(const std::string& file) {

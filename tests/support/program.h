@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,7 @@ struct Start {
   std::string typed;
   std::vector<std::string> args = {"0"};
   std::function<void()> spoil = [] {};  // in the child, before the program takes over
-  std::vector<std::string> environment = {"LANG=C"};
+  std::optional<std::vector<std::string>> environment = {};  // else that of the tests
   bool named = true;  // false: not even a program name as argument 0
 };
 
@@ -22,6 +23,7 @@ struct Outcome {
 };
 
 Outcome run(const Start& start);
+std::string output(const Start& start);  // of a run that must end well and leave no other word
 
 std::string content(const std::string& file);
 void write(const std::string& file, const std::string& text);
