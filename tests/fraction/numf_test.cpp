@@ -13,8 +13,8 @@ TEST_F(NumfTest, ClearsAndReduces) {
   EXPECT_EQ(units(f.c) + static_cast<Limb>(numf().fl), 0u);
   // a : b : their gcd : a/b in lowest terms
   for (const Row& row : table(R"(
-      12 : 18 : 6 : 2 : 3;  0 : 7 : 7 : 0 : 1;  7 : 1 : 1 : 7 : 1;  6 : 4 : 2 : 3 : 2
-      5 : 5 : 5 : 1 : 1;  0 : 9 : 9 : 0 : 1;  100000000 : 99999999 : 1 : 100000000 : 99999999)")) {
+      12 : 18 : 6 : 2 : 3;  0 : 7 : 7 : 0 : 1;  7 : 1 : 1 : 7 : 1;  5 : 5 : 5 : 1 : 1
+      100000000 : 99999999 : 1 : 100000000 : 99999999)")) {
     int a = row.number(0), b = row.number(1);
     EXPECT_EQ(gcm(a, b), row.number(2));
     EXPECT_EQ(reduct(&a, &b), a == b ? 1 : row.number(2));

@@ -36,10 +36,8 @@ void every_shape() {
     for (std::size_t na = nb; na < nb + 24; ++na) {
       for (int round = 0; round < 3; ++round) {
         const Number b = operands.number(nb);
-        expect_division(operands.any(na), b);
-        if (testing::Test::HasFatalFailure()) return;
-        expect_division(dividend(operands, na, b), b);
-        if (testing::Test::HasFatalFailure()) return;
+        ASSERT_NO_FATAL_FAILURE(expect_division(operands.any(na), b));
+        ASSERT_NO_FATAL_FAILURE(expect_division(dividend(operands, na, b), b));
       }
     }
   }
@@ -52,8 +50,8 @@ void every_shape() {
   for (const auto& shape : shapes) {
     for (int round = 0; round < 4; ++round) {
       const Number b = operands.number(shape[1]);
-      expect_division(round == 0 ? operands.any(shape[0]) : dividend(operands, shape[0], b), b);
-      if (testing::Test::HasFatalFailure()) return;
+      const Number a = round == 0 ? operands.any(shape[0]) : dividend(operands, shape[0], b);
+      ASSERT_NO_FATAL_FAILURE(expect_division(a, b));
     }
   }
 }
@@ -72,10 +70,8 @@ TEST(Divide, UnlikelyCorrections) {
           b[n - 1] = last;
           for (const Limb digit : {0u, kBase - 1}) {
             const Number q(n, digit);
-            for (const mpz_class& rest : {mpz_class(0), mpz_class(big(b) - 1)}) {
-              expect_division(run_of(big(q) * big(b) + rest, 2 * n), b);
-              if (HasFatalFailure()) return;
-            }
+            for (const mpz_class& rest : {mpz_class(0), mpz_class(big(b) - 1)})
+              ASSERT_NO_FATAL_FAILURE(expect_division(run_of(big(q) * big(b) + rest, 2 * n), b));
           }
         }
       }

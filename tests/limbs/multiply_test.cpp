@@ -96,10 +96,8 @@ void expect_largest(std::size_t n, std::size_t m, const Number& r) {
 TEST_P(Multiply, EveryShortShape) {
   Operands operands(21);
   for (std::size_t na = 1; na < 70; ++na) {
-    for (std::size_t nb = 1; nb <= na; nb += 1 + operands.below(4)) {
-      expect_products(operands.any(na), operands.any(nb));
-      if (HasFatalFailure()) return;
-    }
+    for (std::size_t nb = 1; nb <= na; nb += 1 + operands.below(4))
+      ASSERT_NO_FATAL_FAILURE(expect_products(operands.any(na), operands.any(nb)));
   }
 }
 
@@ -114,9 +112,8 @@ TEST_P(Multiply, AroundEveryChange) {
   }
   for (const std::size_t n : lengths) {
     for (const std::size_t na : {n - 1, n, n + 1, n + 2}) {
-      expect_products(operands.any(na), operands.any(std::min(n, na)));
-      expect_products(operands.any(na + n / 2), operands.number(n / 2));
-      if (HasFatalFailure()) return;
+      ASSERT_NO_FATAL_FAILURE(expect_products(operands.any(na), operands.any(std::min(n, na))));
+      ASSERT_NO_FATAL_FAILURE(expect_products(operands.any(na + n / 2), operands.number(n / 2)));
     }
   }
 }
@@ -125,10 +122,8 @@ TEST_P(Multiply, UnevenOperands) {
   Operands operands(23);
   for (const std::size_t nb : {1u, 2u, 9u, 230u, 301u, 700u}) {
     for (const std::size_t ratio : {3u, 7u, 11u, 12u, 13u, 23u}) {
-      for (const std::size_t na : {nb * ratio - 1, nb * ratio, nb * ratio + operands.below(99)}) {
-        if (na >= nb) expect_products(operands.any(na), operands.any(nb));
-        if (HasFatalFailure()) return;
-      }
+      for (const std::size_t na : {nb * ratio - 1, nb * ratio, nb * ratio + operands.below(99)})
+        ASSERT_NO_FATAL_FAILURE(expect_products(operands.any(na), operands.any(nb)));
     }
   }
 }
@@ -136,11 +131,9 @@ TEST_P(Multiply, UnevenOperands) {
 // The largest coefficients and columns there are, and the longest carries.
 TEST_P(Multiply, LargestOperands) {
   const std::size_t shapes[][2] = {{1, 1},        {2, 1},       {33, 32},        {1844, 1844},
-                                   {5000, 1844},  {4096, 4096}, {12287, 12289},  {40000, 700},
+                                   {5000, 1844},  {4096, 4096}, {12289, 12287},  {40000, 700},
                                    {20480, 8192}, {65537, 1},   {100001, 99999}, {262144, 262143}};
-  for (const auto& [x, y] : shapes) {
-    const std::size_t n = std::max(x, y);
-    const std::size_t m = std::min(x, y);
+  for (const auto& [n, m] : shapes) {
     const Number a(n, kBase - 1);
     const Number b(m, kBase - 1);
     expect_largest(n, m, product_by(Method::kChosen, a, b));

@@ -31,6 +31,11 @@ inline mpz_class big(std::string digits) {
 
 inline mpz_class big(ConstLimbs a) { return big(text_of(a)); }
 
+// The limbs of a number at least zero.
+inline std::size_t length_of(const mpz_class& x) {
+  return x == 0 ? 0 : (x.get_str().size() + 7) / 8;
+}
+
 // `value` in `size` limbs, leading zeros included.
 inline Number run_of(const mpz_class& value, std::size_t size) {
   std::string text = value.get_str();

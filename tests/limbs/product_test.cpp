@@ -15,24 +15,6 @@ void expect_end(const Number& r, std::size_t length, const mpz_class& expected) 
   EXPECT_TRUE(length == 0 || end[0] != 0);
 }
 
-std::size_t length_of(const mpz_class& x) { return x == 0 ? 0 : (x.get_str().size() + 7) / 8; }
-
-TEST(Product, OfFactors) {
-  Operands operands(5);
-  for (std::size_t count = 0; count < 120; ++count) {
-    std::vector<std::uint32_t> factors(count);
-    const std::uint32_t bound = count % 3 == 0 ? kBase - 1 : 2 + operands.below(70000);
-    mpz_class expected = 1;
-    for (std::uint32_t& factor : factors) {
-      factor = count % 5 == 0 ? bound : 1 + operands.below(bound);
-      expected *= factor;
-    }
-    Number r(length_of(expected), 7);
-    Lent lent(product_workspace(count, bound));
-    expect_end(r, product(r, factors, lent.workspace()), expected);
-  }
-}
-
 TEST(Product, FallingAndFactorial) {
   const std::uint32_t cases[][2] = {{0, 0},         {1, 0},         {1, 1},       {99999999, 1},
                                     {99999999, 50}, {2, 2},         {24, 24},     {25, 25},

@@ -1,7 +1,6 @@
 #include "limbs/remainders.h"
 
-#include <algorithm>
-
+#include "base/primes.h"
 #include "limbs/oracle.h"
 
 namespace tivelo::limbs {
@@ -10,14 +9,8 @@ namespace {
 // Primes and odd candidates below the bounds the callers use, and edge moduli in any order, under
 // numbers on both sides of every change of method; some are divisible by many of the moduli.
 void lists_of_moduli() {
-  std::vector<std::uint32_t> primes = {2};
-  for (std::uint32_t p = 3; p < 65536; p += 2) {
-    const auto divides = [p](std::uint32_t d) { return p % d == 0; };
-    if (p < 300 ? std::none_of(primes.begin(), primes.end(), divides)
-                : std::none_of(primes.begin(), primes.begin() + 54, divides)) {
-      primes.push_back(p);
-    }
-  }
+  const auto all = primes_below_65536();
+  const std::vector<std::uint32_t> primes(all.begin(), all.end());
   std::vector<std::uint32_t> odd;
   for (std::uint32_t p = 3; p < 9998; p += 2) odd.push_back(p);
   const std::vector<std::uint32_t> lists[] = {

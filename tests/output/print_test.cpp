@@ -33,7 +33,8 @@ TEST_F(PrintTest, Rows) {
       1.5 : 16 : A= 1.50000000_;  -0.5 : -1 : A=-0.50000000_;  1.5/4 : 16 : A= .37500000_
       1.0000000000000020 : 1 : A= 1.0000000000000020_;  5 d2 : 16 : A= .00000000_
       d2 : 16 : A= .00000000_;  -5000 d2 : 16 : A=-.0000000000005000_
-      7 5000 d2 : 16 : A= .0000000700005000_)")) {
+      7 5000 d2 : 16 : A= .0000000700005000_;  0 6 : 16 : A= 000000006_;  -0 : 16 : A=-0_
+      1.0000000000000019 : 16 : A= 1.00000000_;  0 51230000 1 d2 : 16 : A= 0.51230000_)")) {
     const bool imaginary = row[0].ends_with('i');
     set('A', row[0].substr(0, row[0].size() - 2 * imaginary));
     M[0].c->imag = imaginary;
@@ -58,16 +59,14 @@ TEST_F(PrintTest, ExpansionsAgreeWithGmp) {
     set('A', n.get_str() + "/" + d.get_str());
     std::string expected = "A= " + mpz_class(n / d).get_str();
     mpz_class rest = n % d;
-    if (rest != 0) {
-      expected += ".";
-      for (int group = 0; group < (digits + 7) / 8 && rest != 0; ++group) {
-        rest *= kBase;
-        expected += mpz_class(rest / d + kBase).get_str().substr(1);
-        rest %= d;
-      }
-      if (rest == 0) expected.resize(expected.find_last_not_of('0') + 1);
-      expected += rest == 0 ? " " : ".. ";
+    if (rest != 0) expected += ".";
+    for (int group = 0; group < (digits + 7) / 8 && rest != 0; ++group) {
+      rest *= kBase;
+      expected += mpz_class(rest / d + kBase).get_str().substr(1);
+      rest %= d;
     }
+    if (n % d != 0 && rest == 0) expected.resize(expected.find_last_not_of('0') + 1);
+    if (n % d != 0) expected += rest == 0 ? " " : ".. ";
     EXPECT_EQ(text_of(digits), expected + "\n");
   }
 }
