@@ -93,11 +93,12 @@ int eval_logarithm(Argument& argument, numf* target, int) {
   return 0;
 }
 
-// An integer of the second operand of ATAN, or `otherwise` when it does not fit. No decimal does,
-// whatever its limbs would read as without the point.
+// An integer of the second operand of ATAN, or `otherwise` when it does not fit. No decimal but
+// zero does, whatever its limbs would read as without the point.
 long long machine_value(const num* a, int otherwise, bool report) {
   int value = otherwise;
-  if ((a->dec != 0 || ntoi(a, &value) != 0) && report) {
+  const bool other = a->dec != 0 && has_value(a);
+  if ((other || ntoi(a, &value) != 0) && report) {
     explain("second part of the angle does not fit a machine integer; taken as 0");
     err(kMisfit);
   }

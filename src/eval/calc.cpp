@@ -32,7 +32,9 @@ struct Evaluation {
         level{expression, numf(Zc[depth + 2], Zm[depth + 2]), depth},
         slot(&term) {
     mclear(result);
+    mclear(&factor);
     mclear(&term);
+    mclear(&level.auxiliary);
   }
 
   char here() const { return text[position]; }
@@ -50,7 +52,6 @@ struct Evaluation {
 int Evaluation::apply_operator(int precedence) {
   const Operator* op = find_operator(here(), precedence);
   if (op == nullptr) return 0;
-  mclear(&level.auxiliary);
   const int next = op->apply(level, slot, position + 1);
   if (next >= 0) position = next;
   return next;
@@ -133,7 +134,6 @@ int calc(const char* text, numf* target, int depth) {
     e.finish_product();
     if (e.here() == '*' || e.here() == '/') {
       e.multiplicative = text[e.position++];
-      mclear(&e.factor);
       e.slot = &e.factor;
     } else if (e.finish_term()) {
       return e.position;

@@ -52,6 +52,16 @@ namespace {
 // n of nPk and nCk.
 int things(const num* n) { return n->len > 1 ? kManyThings : static_cast<int>(units(n)); }
 
+// n (n-1) for n = 2 and for a zero that is counted as many things, whose factors begin 0, -1: a
+// product by 1 or -1 sets nothing but the sign, so the limbs and the decimal mode stay.
+bool permute_by_sign(num* n, int k) {
+  const ConstLimbs value = magnitude(n);
+  const bool two = value.size() == 1 && value[0] == 2;
+  if (k != 2 || !(two || value.empty())) return false;
+  n->sign = two ? 1 : static_cast<std::int8_t>(-n->sign);
+  return true;
+}
+
 // Replaces n by n (n-1) ... (n-k+1) for k <= things(n). Zero when that does not fit.
 void permute(num* n, int k) {
   if (k == 0) {
@@ -59,7 +69,7 @@ void permute(num* n, int k) {
     iton(n, 1);
   } else if (k > things(n)) {
     clear(n);
-  } else if (k > 1) {
+  } else if (k > 1 && !permute_by_sign(n, k)) {
     falling_factorial(n, k);
   }
 }
@@ -119,7 +129,7 @@ int apply_combinations(Level& level, numf* operand, int position) {
   if (n->len < 4 && all / 2 < k && k <= all) k = all - k;
   permute(n, k);
   if (k <= all)
-    for (int i = 2; i <= k && has_value(n); ++i) div(n, i);
+    for (int i = 2; i <= k && !is_short_zero(n); ++i) div(n, i);
   return position;
 }
 

@@ -122,7 +122,7 @@ void print_fraction(const num* c, const num* m, char* scratch, int digits, Out& 
   clear(Z4);
   const Fraction f{to, scratch, m, small_magnitude(m, 0)};
   split(c, f);
-  if (Z3->len == 0) iton(Z3, 0);
+  if (!has_value(Z3)) iton(Z3, 0);
   Z3->dec = 0;
   put_number(to, Z3, scratch);
   if (digits == -1) {

@@ -19,6 +19,14 @@ TEST_F(CalcTest, Order) {
       (((SIN15))) : 0 : err : -5;  (-2)^-3 : -1/8;  2^3^0 : 1;  5^.0000 : 5;  1/-97^-17 : -0 : err)");
 }
 
+// A letter that names nothing is no operand, and what the place of the operand held stays: the last
+// factor of this expression, or the base or divisor of an operator.
+TEST_F(CalcTest, NoNameLeavesTheOperandBefore) {
+  evaluate(R"(
+      3*5*AP2 : 300;  3*5*AG10 : 75;  2*3+4*AC1 : 18;  2*3*-AP2 : 36;  15/4/AG6 : 15/8
+      5+AP2 : 25;  AP2 : 0;  9^2GDCL5 : 45;  3^2*4GDCL5 : 45)");
+}
+
 // The left operand stays; zero as a divisor gives 0 with the sign of the quotient.
 TEST_F(CalcTest, Refusals) {
   const std::string longest(1597, '9');
@@ -80,7 +88,7 @@ TEST_F(CalcTest, Functions) {
   evaluate("5+" + angles + " : 189/2;  5+ATAN1," + angles + " : 5 : err : -5");
   evaluate(R"(
       ATAN(-1/1000) : 360;  ATAN0--1 : 270;  ATAN(-1)-1 : 225;  ATAN(1/3)+(1/2)I : 113/2
-      ATAN3,.00000001 : 0 : err)");
+      ATAN3,.00000001 : 0 : err;  ATAN3,(0*1.2345) : 0)");
 }
 
 }  // namespace tivelo::tests
