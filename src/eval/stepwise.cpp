@@ -96,7 +96,7 @@ long long plain_steps(num* c, const Factor& f, long long n) {
 
 }  // namespace
 
-void grant_steps() { limbs_left = std::int64_t{2'000'000} * IS; }
+void grant_steps() { limbs_left = std::int64_t{1'000'000} * IS; }
 
 bool stepwise_power(numf* result, numf* base, long long n) {
   const std::optional<Factor> factor = plain_factor(*base);

@@ -7,8 +7,8 @@
 
 namespace tivelo {
 
-// Grants the line in hand its work on such powers: two million passes over a full number, about one
-// second at the smallest precision. Once per line; a power that hardly grows, such as
+// Grants the line in hand its work on such powers: a million passes over a full number, about half
+// a second at the smallest precision. Once per line; a power that hardly grows, such as
 // 1.00000001^2000000000, would otherwise take one product for each unit of the exponent.
 void grant_steps();
 
