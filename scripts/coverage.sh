@@ -4,5 +4,6 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/need.sh
 need gcovr
-./test coverage >/dev/null
+find build/coverage -name '*.gcda' -delete 2>/dev/null || true  # counts of earlier runs would add up
+./test coverage >&2
 gcovr -r . -f src build/coverage --exclude-throw-branches --exclude-unreachable-branches -s

@@ -260,7 +260,7 @@ bool may_be_command(const char* at) {
 
 Flow run_command(Run& run, const char** at) {
   for (const Command& command : kCommands) {
-    if (!may_be_command(*at)) break;
+    if (!may_be_command(*at)) break;  // at first, and behind a command that fell on
     if (std::strncmp(*at, command.mark.data(), command.mark.size()) != 0) continue;
     *at += command.mark.size();
     const Flow flow = command.run(run, at);
