@@ -48,7 +48,7 @@ Start understand(int count, const char* const* arguments) {
         is_digit(argument[0]) && std::iscntrl(static_cast<unsigned char>(argument[1]));
     mode = digit ? argument[0] - '0' + 10 : 2;
   } else if (count == 2) {
-    mode = arguments[0][0] - '0';
+    mode = static_cast<unsigned char>(arguments[0][0]) - '0';
     argument = arguments[1];
   }
   Start start;

@@ -139,18 +139,20 @@ int apply_gcd(Level& level, numf* operand, int position) {
   return position;
 }
 
-// a L b is a x (b / gcd(a, b)).
+// a L b is a x (b / gcd(a, b)). The auxiliary keeps b / gcd(a, b): an unknown name behind a later
+// '^' or 'G' leaves it as it is.
 int apply_lcm(Level& level, numf* operand, int position) {
   position = read_second(level, position);
   if (position < 0) return position;
   num* a = operand->c;
   num* b = level.auxiliary.c;
   if (!has_value(a) || !has_value(b)) {
+    nreduct(a, b);
     clear(a);
     return position;
   }
-  ngcm(level.auxiliary.m, a, b);
-  exact_quotient(b, level.auxiliary.m);
+  ngcm(Ze, a, b);
+  exact_quotient(b, Ze);
   (void)prod(a, a, b);  // a refused product leaves the operand and has been explained
   return position;
 }

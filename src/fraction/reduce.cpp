@@ -31,13 +31,16 @@ bool is_canonical_small(const num* a) { return !has_value(a) || is_one(a); }
 // Primes up to the largest candidate that any pair is searched for.
 constexpr std::size_t kPrimesBelow9997 = 1229;
 
+// The largest candidate for a pair with a short member, and for very long pairs.
+constexpr int kShortBound = 97;
+
 // Largest candidate tried, by the length of the smaller member; long pairs get the least.
 int search_bound(const num* larger, const num* smaller) {
-  if (larger->len + smaller->len > 2500) return 97;
+  if (larger->len + smaller->len > 2500) return kShortBound;
   const Limb top = in_use(smaller)[0];
   switch (smaller->len) {
     case 2:
-      return 97;
+      return kShortBound;
     case 3:
       return top < 10 ? 331 : 997;
     case 4:
@@ -165,6 +168,20 @@ int search(num* larger, num* smaller) {
   return state.result();
 }
 
+// Does n lose all its factors to the candidates of a short pair?
+bool is_smooth(int n) {
+  for (int p = 2; p <= kShortBound; ++p)
+    while (n % p == 0) n /= p;
+  return n == 1;
+}
+
+// Would the ratio shortcut take the coprime pair a / x? Then both fit its factors.
+bool is_ratio(const num* a, int x) {
+  const ConstLimbs value = magnitude(a);
+  if (value.size() != 1 || value[0] >= kRatioBound || x >= kRatioBound) return false;
+  return is_smooth(static_cast<int>(value[0])) && is_smooth(x);
+}
+
 // A decimal over an integer: the decimal takes the denominator in, cut to its 16 places.
 int reduce_decimal(num* a, num* b) {
   if (b->len > 1) {
@@ -199,11 +216,13 @@ int nreduct(num* a, num* b) {
   }
   num* larger = order > 0 ? a : b;
   num* smaller = order > 0 ? b : a;
-  // With a small member the gcd is removed at once, which leaves nothing to search for.
   int x = small_magnitude(smaller, 0);
   if (x == 0) return search(larger, smaller);
+  // With a small member the gcd is removed at once. The ratio shortcut could still store what is
+  // left, which takes away leading zeros and changes nothing else.
   nreducti(larger, &x);
   iton(smaller, x);
+  if (in_use(larger)[0] == 0 && is_ratio(larger, x)) set_one_limb(larger, units(larger));
   return 1;
 }
 

@@ -149,6 +149,8 @@ TEST_F(Faults, OddStarts) {
   starts[4].environment = {{"LANG=tr_TR.UTF-8", "LC_ALL=tr_TR.UTF-8"}};
   starts[5].args = {""};
   for (const Start& start : starts) EXPECT_EQ(output(start), usual) << &start - starts.data();
+  // A mode is one byte, whatever the sign of a char.
+  EXPECT_EQ(output({typed, {"\xb0", "0"}}), output({typed}));
 }
 
 TEST_F(Faults, NestingOnASmallStack) {
