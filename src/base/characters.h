@@ -1,13 +1,37 @@
-// The characters that lines are made of, in ASCII whatever the locale, and counts written as plain
-// digits after an operator, a function name or a command letter.
+// The characters that lines are made of, in ASCII whatever the locale, what cleaning a line does to
+// each, and counts written as plain digits after an operator, a function name or a command letter.
 #pragma once
 
+#include <array>
 #include <climits>
+#include <string_view>
 
 namespace tivelo {
 
 inline bool is_digit(char c) { return c >= '0' && c <= '9'; }
 inline bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
+inline bool is_control(char c) { return (c >= 0 && c < ' ') || c == 127; }
+
+// What becomes of one character of a line that is cleaned: kept, as it is or as a capital; dropped;
+// kept with all that follows; the end of the line; or the line is rejected for it.
+enum class Keep : unsigned char { reject, as_is, capital, drop, rest, end };
+
+constexpr std::array<Keep, 256> keep_table() {
+  std::array<Keep, 256> keep{};
+  for (const char c : std::string_view("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ+-*/^!.,%'()|={}#<>"))
+    keep[static_cast<unsigned char>(c)] = Keep::as_is;
+  for (const char c : std::string_view("abcdefghijklmnopqrstuvwxyz"))
+    keep[static_cast<unsigned char>(c)] = Keep::capital;
+  keep[' '] = Keep::drop;
+  keep[':'] = Keep::rest;
+  keep['\0'] = keep[';'] = keep['\n'] = Keep::end;
+  return keep;
+}
+
+inline Keep classify(char c) {
+  static constexpr std::array<Keep, 256> kKeep = keep_table();
+  return kKeep[static_cast<unsigned char>(c)];
+}
 
 // Reads the decimal digits at `text` into *value, which saturates above INT_MAX: at INT_MAX + 1, so
 // that a caller can tell. Returns how many digits there were; none leave the value 0.

@@ -1,27 +1,56 @@
-// How a refusal reaches the user: "err " on the console for the codes that are shown, and, when
-// standard error is a terminal, one line there that says what was refused and why.
+// How an event reaches the people: its answer on standard output ("err " and the like), and, where
+// somebody reads messages, one line with what happened, what was stored and where in the line, as
+// it was typed. A message that comes again in a repeat is counted; a line is told ten at most.
 #pragma once
 
+#include <string_view>
+
+#include "base/events.h"
 #include "base/stream.h"
 
 namespace tivelo {
 
-// The console and, null unless someone is there to read it, the channel for explanations. Set by
-// whoever runs the calculator (the program or a test); everything below prints through these.
-extern Out* console;
-extern Out* explanations;
+// Standard output and, null unless somebody reads them, the channel for messages. Set by whoever
+// runs the calculator (the program or a test); everything prints through these.
+extern Out* answers;
+extern Out* messages;
 
-// The reporter: prints "err " for a negative code, nothing otherwise.
-void err(int code);
+// What is known of an event where it is decided. Sizes are in digits.
+struct Detail {
+  const char* place = nullptr;  // in the line in hand; null: the place that was named last
+  long long needed = 0;
+  long long held = 0;
+  std::string_view name = {};
+  Event reason = Event::none;  // another event, whose text says why
+};
 
-// One line of explanation, formatted like printf (at most 255 characters), after the console text
-// that came before it. Does nothing when nobody reads explanations.
-void explain(const char* format, ...) __attribute__((format(printf, 1, 2)));
+// Reports that the event has happened: the one road by which anything is told, or printed as a
+// refusal. An event that spoils the value is kept in the mark of the line (exactness.h); one that
+// cuts places is told when the value reaches a variable.
+void report(Event event, const Detail& detail = {});
 
-// The same for a place in the line in hand: starts with its column when `place` lies in that line.
-void explain_at(const char* place, const char* format, ...) __attribute__((format(printf, 2, 3)));
+// The same on a channel of its own, for what ends the process: told whether or not messages are.
+void report_to(Out& out, Event event, const Detail& detail = {});
 
-// Names the line that columns are counted in (zero-terminated, as normalised), or none.
-void set_line_in_hand(const char* line);
+// The line that places lie in: `text` as it is looked at, zero-terminated, and `typed` as it was
+// typed, of which `text` is what cleaning left, or null where they are the same. Both stay the
+// caller's and must live until the next call. Names no place in it.
+void set_line_in_hand(const char* text, const char* typed);
+const char* line_in_hand();
+
+// Names the place that is being worked at: a message without one of its own takes it.
+inline const char* place_in_hand = nullptr;
+
+// The column of a place, counted from 1 in the line as typed; 0 where it does not lie in the line.
+int column_of(const char* place);
+
+// Messages are grouped by the line they come from. Begins a group, after telling what the one before
+// left out; within a repeat, where all passes are one group, does nothing.
+void begin_messages();
+void begin_repeat();
+void end_repeat();
+
+// Tells what was left out and forgets the line and the repeats: the end of a run.
+void end_messages();
 
 }  // namespace tivelo

@@ -35,6 +35,7 @@ struct In {
   Fill fill = nullptr;
   void* context = nullptr;
   bool ended = false;
+  bool terminal = false;  // a person types at one
   std::size_t next = 0;
   std::size_t end = 0;
   char buffer[1 << 16];

@@ -1,3 +1,4 @@
+// Sums and differences: sizes, refusals, signs and alignment. Limbs are added by the engine.
 #include "bigint/addsub.h"
 
 #include <algorithm>
@@ -6,7 +7,7 @@
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
-#include "bigint/pool.h"
+#include "bigint/engine.h"
 #include "limbs/arith.h"
 
 namespace tivelo {
@@ -21,7 +22,7 @@ Limb limb_at(const num* a, int place, int shift) {
 
 // Does a + b, both aligned to `scale`, carry out of place n? Decided from the top, where the first
 // pair that does not add up to 99999999 settles it.
-bool carries_out(const num* a, const num* b, int scale, int n) {
+bool sum_carries_out(const num* a, const num* b, int scale, int n) {
   for (int place = n; place > 0; --place) {
     const Limb t = limb_at(a, place, a->shift - scale) + limb_at(b, place, b->shift - scale);
     if (t != kBase - 1) return t >= kBase;
@@ -43,8 +44,8 @@ void align(num* r, const num* src, int up, int n) {
 int fcomp(const num* a, const num* b) {
   const ConstLimbs x = magnitude(a);
   const ConstLimbs y = magnitude(b);
-  const int top_x = x.empty() ? min(a->len, 1) : static_cast<int>(x.size()) + a->shift;
-  const int top_y = y.empty() ? min(b->len, 1) : static_cast<int>(y.size()) + b->shift;
+  const int top_x = x.empty() ? std::min(a->len, 1) : static_cast<int>(x.size()) + a->shift;
+  const int top_y = y.empty() ? std::min(b->len, 1) : static_cast<int>(y.size()) + b->shift;
   if (top_x != top_y) return top_x > top_y ? 1 : -1;
   const std::size_t common = std::min(x.size(), y.size());
   const int order = limbs::compare(x.first(common), y.first(common));
@@ -54,14 +55,16 @@ int fcomp(const num* a, const num* b) {
 }
 
 int sum(num* r, num* a, num* b) {
-  if (a->sign != b->sign) return min(minus(r, a, b), 0);
+  if (a->sign != b->sign) return std::min(minus(r, a, b), 0);
   const num* lo = a->shift <= b->shift ? a : b;
   const num* hi = lo == a ? b : a;
   const int scale = lo->shift;
   const int d = hi->shift - scale;
   const int n = std::max(lo->len, hi->len + d);
-  if (n > IS || (n == IS && carries_out(a, b, scale, n))) {
-    explain("sum needs %d limbs, a number holds %d; left unchanged", n + (n == IS), IS);
+  if (n > IS || (n == IS && sum_carries_out(a, b, scale, n))) {
+    const long long digits =
+        std::max(digits_of(lo), digits_of(hi) + static_cast<long long>(d) * kLimbDigits);
+    report(Event::sum_too_long, {.needed = digits + (n == IS), .held = digits_held()});
     return kNoRoom;
   }
   Limb carry = 0;
@@ -91,12 +94,13 @@ int minus(num* r, num* a, num* b) {
   }
   const num* big = order > 0 ? a : b;
   const num* small = order > 0 ? b : a;
-  const int scale = min(big->shift, small->shift);
+  const int scale = std::min(big->shift, small->shift);
   const int up = big->shift - scale;
   const int d = small->shift - scale;
   const int n = big->len + up;
   if (n > IS) {
-    explain("difference needs %d limbs, a number holds %d; left unchanged", n, IS);
+    const long long digits = digits_of(big) + static_cast<long long>(up) * kLimbDigits;
+    report(Event::sum_too_long, {.needed = digits, .held = digits_held()});
     return kNoRoom;
   }
   ConstLimbs subtrahend = magnitude(small);

@@ -14,12 +14,13 @@ namespace tivelo {
 // unchanged when the sum needs more than IS limbs. Writes limbs, len, sign and shift of r only.
 // r may be either operand when their shifts are equal, else the one with the smaller shift. The
 // sum of equal signs keeps the length of the longer operand; leading zeros are not trimmed.
-int sum(num* r, num* a, num* b);
+[[nodiscard]] int sum(num* r, num* a, num* b);
 
 // r = the larger magnitude minus the smaller, with the sign of the larger; for operands of opposite
 // signs that is a + b. Returns 0 when they are equal (r is then cleared), else 1 with r trimmed
-// (-6, r unchanged, when aligned operands exceed the record). Writes limbs, len, sign and end of r.
+// (-6, r unchanged, when aligned operands exceed the record). Writes limbs, len, sign and end of r,
+// and its shift when the larger operand has the larger one.
 // r may be the larger operand, or either when the shifts are equal.
-int minus(num* r, num* a, num* b);
+[[nodiscard]] int minus(num* r, num* a, num* b);
 
 }  // namespace tivelo

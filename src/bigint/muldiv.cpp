@@ -1,3 +1,5 @@
+// Products and quotients of records. Each operation refuses, takes the easy cases, hands the limbs to
+// the engine and tidies, in this order.
 #include "bigint/muldiv.h"
 
 #include <algorithm>
@@ -6,6 +8,7 @@
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
+#include "bigint/engine.h"
 #include "bigint/pool.h"
 #include "limbs/arith.h"
 #include "limbs/divide.h"
@@ -15,13 +18,13 @@ namespace tivelo {
 
 namespace {
 
-int refuse_product(int needed) {
-  explain("product needs %d limbs, a number holds %d; left unchanged", needed, IS);
+int refuse_product(long long digits) {
+  report(Event::product_too_long, {.needed = digits, .held = digits_held()});
   return kNoRoom;
 }
 
 // Does a x k carry out of a's length? Only the carries are formed.
-bool carries_out(const num* a, Limb k) {
+bool product_carries_out(const num* a, Limb k) {
   std::uint64_t carry = 0;
   const ConstLimbs digits = in_use(a);
   for (std::size_t i = digits.size(); i-- > 0;)
@@ -35,7 +38,7 @@ void set_product_fields(num* r, std::int8_t sign) {
   r->rdiv = 1;
 }
 
-// Long x short for a one-limb short factor, straight into r.
+// r = longer x k, written in place.
 void product_by_limb(num* r, const num* longer, Limb k) {
   const int n = longer->len;
   const Limb carry = limbs::multiply_limb(places(r, n), in_use(longer), k);
@@ -46,9 +49,9 @@ void product_by_limb(num* r, const num* longer, Limb k) {
   }
 }
 
-// Length that adding up the rows of a schoolbook product gives: the true length, but for leading
-// zero limbs of the factors, which it carries along.
-std::size_t row_length(const num* longer, const num* shorter, std::size_t true_length) {
+// Leading zero limbs of the factors, as typed zeros leave them, stay in a product as if it had been
+// added up from one row for each limb of the shorter factor: the length of that sum.
+std::size_t length_with_zeros(const num* longer, const num* shorter, std::size_t true_length) {
   const std::size_t rows = magnitude(shorter).size();
   const std::size_t all_rows = static_cast<std::size_t>(shorter->len);
   std::size_t length = true_length;
@@ -56,7 +59,7 @@ std::size_t row_length(const num* longer, const num* shorter, std::size_t true_l
   return rows < all_rows ? std::max({length, all_rows - 1, std::size_t{1}}) : length;
 }
 
-void product_by_rows(num* r, const num* longer, const num* shorter) {
+void product_of_runs(num* r, const num* longer, const num* shorter) {
   const ConstLimbs a = magnitude(longer);
   const ConstLimbs b = magnitude(shorter);
   Workspace ws = engine;
@@ -70,7 +73,7 @@ void product_by_rows(num* r, const num* longer, const num* shorter) {
     }
     product = limbs::strip(full);
   }
-  const std::size_t length = row_length(longer, shorter, product.size());
+  const std::size_t length = length_with_zeros(longer, shorter, product.size());
   r->len = static_cast<int>(length);
   const Limbs target = in_use(r);
   std::fill_n(target.begin(), length - product.size(), Limb{0});
@@ -86,13 +89,12 @@ int prodc(num* dst, const num* src, int k) {
   }
   if (k == 1) return rncopy(dst, src);
   const Limb factor = static_cast<Limb>(k);
-  if (src->len == IS && carries_out(src, factor)) return refuse_product(IS + 1);
+  if (src->len == IS && product_carries_out(src, factor)) return refuse_product(digits_held() + 1);
   product_by_limb(dst, src, factor);
   return 1;
 }
 
 int prod(num* r, const num* x, const num* y) {
-  const Scratch scratch({Z2, Z3}, {r, x, y});
   const num* longer = x->len > y->len ? x : y;
   const num* shorter = longer == x ? y : x;
   const std::int8_t sign = x->sign == y->sign ? 1 : -1;
@@ -105,11 +107,11 @@ int prod(num* r, const num* x, const num* y) {
     return 0;
   }
   if (shorter->len + longer->len + 1 > r->end)
-    return refuse_product(shorter->len + longer->len + 1);
+    return refuse_product(digits_of(x) + digits_of(y));
   if (shorter->len == 1) {
     product_by_limb(r, longer, units(shorter));
   } else {
-    product_by_rows(r, longer, shorter);
+    product_of_runs(r, longer, shorter);
   }
   trim(r, 6);
   if (r->len == 0) units(r) = 0;
@@ -129,13 +131,6 @@ int div(num* a, int k) {
 }
 
 namespace {
-
-// Stores `limbs` in the places of a, as they are.
-void set_limbs(num* a, ConstLimbs limbs) {
-  a->len = static_cast<int>(limbs.size());
-  std::ranges::copy(limbs, in_use(a).begin());
-  if (a->len == 0) units(a) = 0;
-}
 
 void set_remainder(num* r, const num* a, ConstLimbs rest) {
   if (r == nullptr) return;
@@ -186,7 +181,6 @@ int long_division(num* q, num* r, const num* a, const num* b, bool copy_fields) 
 }  // namespace
 
 int nndiv(num* q, num* r, const num* a, const num* b) {
-  const Scratch scratch({Z7, Z8}, {q, r, a, b});
   int divisor = 0;
   if (ntoi(b, &divisor) == 0 || !has_value(b)) {
     rncopy(q, a);
@@ -198,16 +192,90 @@ int nndiv(num* q, num* r, const num* a, const num* b) {
   return long_division(q, r, a, b, shortened);
 }
 
-void drop_limbs(num* a, int k) {
+bool cut_by(num* a, const num* m) {
+  if (m->len < 2) return div(a, static_cast<int>(units(m))) == 1 && a->rem != 0;
+  const Lent rest({a, m});
+  nndiv(a, rest, a, m);
+  return has_value(rest);
+}
+
+void exact_quotient(num* a, const num* divisor) {
+  nndiv(a, nullptr, a, divisor);
+  trim(a, a->len);
+}
+
+int remainder(num* a, int k) {
+  a->rem = static_cast<int>(limbs::remainder_limb(in_use(a), static_cast<std::uint32_t>(k)));
+  a->rdiv = k;
+  return a->rem;
+}
+
+namespace {
+
+// a x b x 10^(8 up) without leading zeros; multiplying by 10^(8 up) appends `up` zero limbs. A
+// one-limb factor may be 10^8 itself, as denominators can be.
+Limbs scaled_product(const num* x, const num* y, int up, Workspace& ws) {
+  ConstLimbs a = magnitude(x);
+  ConstLimbs b = magnitude(y);
+  if (a.size() < b.size()) std::swap(a, b);
+  const std::size_t zeros = static_cast<std::size_t>(up);
+  const Limbs all = ws.take<Limb>(a.size() + b.size() + zeros);
+  if (b.size() == 1) {
+    all[0] = limbs::multiply_limb(all.subspan(1, a.size()), a, b[0]);
+  } else {
+    limbs::multiply(all.first(a.size() + b.size()), a, b, ws);
+  }
+  std::ranges::fill(all.last(zeros), Limb{0});
+  return all.last(limbs::strip(all).size());
+}
+
+}  // namespace
+
+int quotient_of_products(num* r, const num* a, const num* b, const num* c, const num* d, int up) {
+  if (!has_value(a) || !has_value(b)) {
+    clear(r);
+    return 0;
+  }
+  Workspace ws = engine;
+  const Limbs dividend = scaled_product(a, b, up, ws);
+  const Limbs divisor = scaled_product(c, d, 0, ws);
+  if (dividend.size() < divisor.size()) {
+    clear(r);
+    return 1;
+  }
+  const Limbs all = ws.take<Limb>(dividend.size() - divisor.size() + 1);
+  const Limbs rest = ws.take<Limb>(divisor.size());
+  limbs::divide(all, rest, dividend, divisor, ws);
+  const ConstLimbs quotient = limbs::strip(all);
+  if (quotient.size() > static_cast<std::size_t>(IS)) {
+    const auto digits = static_cast<long long>(quotient.size()) * kLimbDigits;
+    report(Event::quotient_too_long, {.needed = digits, .held = digits_held()});
+    return kNoRoom;
+  }
+  clear(r);
+  set_limbs(r, quotient);
+  return limbs::strip(rest).empty() ? 0 : 1;
+}
+
+bool drop_limbs(num* a, int k) {
   const int left = a->len - k;
   if (left <= 0) {
+    const bool lost = has_value(a);
     a->len = 0;
     units(a) = 0;
-    return;
+    return lost;
   }
   const Limbs digits = in_use(a);
+  const bool lost = !limbs::strip(places(a, k)).empty();
   std::copy_backward(digits.begin(), digits.end() - k, digits.end());
   a->len = left;
+  return lost;
+}
+
+// The dividend and the divisor of a quotient of products are such products themselves.
+std::size_t muldiv_workspace(std::size_t n) {
+  return 8 * Workspace::bytes<Limb>(2 * n) +
+         std::max(limbs::divide_workspace(4 * n), limbs::multiply_workspace(2 * n, 2 * n));
 }
 
 }  // namespace tivelo

@@ -53,8 +53,6 @@ int rncopy(num* dst, const num* src) {
   return 1;
 }
 
-int ndelete(num*) { return 0; }
-
 int iton(num* a, int v) {
   if (v < 0) return kNegative;
   const Limb value = static_cast<Limb>(v);
@@ -87,7 +85,21 @@ int small_magnitude(const num* a, int otherwise) {
   return std::abs(value);
 }
 
-int min(int a, int b) { return b > a ? a : b; }
+void set_limbs(num* a, ConstLimbs limbs) {
+  a->len = static_cast<int>(limbs.size());
+  std::ranges::copy(limbs, in_use(a).begin());
+  if (a->len == 0) units(a) = 0;
+}
+
+long long digits_of(const num* a) {
+  const ConstLimbs digits = magnitude(a);
+  if (digits.empty()) return 1;
+  int top = 1;
+  for (Limb limb = digits[0]; limb >= 10; limb /= 10) ++top;
+  return static_cast<long long>(digits.size() - 1) * kLimbDigits + top;
+}
+
+long long digits_held() { return static_cast<long long>(IS) * kLimbDigits; }
 
 void trim(num* a, int most) {
   for (; most > 0 && a->len > 0 && a->limbs[a->end - a->len] == 0; --most) --a->len;

@@ -66,32 +66,36 @@ inline bool is_short_zero(const num* a) { return a->len < 2 && units(a) == 0; }
 inline bool is_one(const num* a) { return a->len == 1 && units(a) == 1; }
 inline bool has_value(const num* a) { return !magnitude(a).empty(); }
 
-// Makes `a` the canonical zero and resets every field but limbs and dden. Returns 1.
+// Makes `a` the canonical zero, its limbs in use all 0, and resets every field but dden. Returns 1.
 int rclear(num* a);
 
-// rclear() for a record whose len may be stale: zeroes the units limb only. Returns 1.
+// The same for a record whose len may be stale: of its limbs only the units become 0. Returns 1.
 int clear(num* a);
 
-// Copies value and fields (not limbs, end, dden, used) of src to dst; limbs of dst above the copied
-// ones stay. Returns 0 when both are the same record, else 1.
+// Copies value and fields (not end, dden, used) of src to dst; limbs of dst above the copied ones
+// stay. Returns 0 when both are the same record, else 1.
 int rncopy(num* dst, const num* src);
 
-// Releases nothing: the storage is the pool's. Returns 0.
-int ndelete(num* a);
-
-// Stores v >= 0 in limbs and len; no other field changes. Returns 0, or -3 for v < 0.
+// Stores v >= 0 in limbs and len; no other field changes. Returns 0, or -3 for v < 0. Every caller
+// has a count or a remainder in hand, so that nobody need look.
 int iton(num* a, int v);
 
 // Reads a value of magnitude up to 2099999999. Returns 0, or -1 with *out unchanged.
 [[nodiscard]] int ntoi(const num* a, int* out);
 
+// Gives `a` the limbs as its lowest ones, leading zeros included; none make it the canonical zero.
+// Changes limbs and len only. in_use() and magnitude() read them back.
+void set_limbs(num* a, ConstLimbs limbs);
+
 // Reads a value of at most three limbs that fits 64 bits. Returns 0, or -1 with *out unchanged.
 [[nodiscard]] int ntoll(const num* a, long long* out);
 
-// The magnitude when ntoi takes it, else `otherwise`.
+// The magnitude where ntoi() takes it, else `otherwise`.
 int small_magnitude(const num* a, int otherwise);
 
-int min(int a, int b);
+// Decimal digits of the magnitude, at least 1; and those that a record holds.
+long long digits_of(const num* a);
+long long digits_held();
 
 // Lowers len over at most `most` leading zero limbs.
 void trim(num* a, int most);

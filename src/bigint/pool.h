@@ -1,68 +1,72 @@
-// The number pool: every record of the program, the registers that name some of them, and the
-// engine's workspace. Records are attached to their limbs once, at start-up, and never move.
+// The number pool: every record of the program, attached to its limbs once, at start-up, and never
+// moved. Three kinds of it are state, under the short names by which they are spoken of:
 //
-// Who owns which register during a call (no operation may be given, as operand or result, a
-// register that it or anything it calls owns):
+//   Mc[v], Mm[v]    numerator and denominator of variable v, 'A' being 0; their cells with them
+//   Zc[d], Zm[d]    the evaluator's levels: the evaluation at depth d works in pairs d to d + 2
+//   Zc[0], Zm[0]    the current result, which evaluations at depth 1 and more leave alone
 //
-//   Z2, Z3          prod; nprint between products
-//   Z4, Z5, Z6      nreduct (Z4 also nreducti); nprint uses Z4
-//   Z7, Z8          nndiv
-//   Zc/Zm d..d+2    calc at register depth d: factor, term, auxiliary
-//   Ze, Zx          the evaluator's operators: a value that they still need
-//   Kc, Km          nsum, nprod, ndiv: the result's value before, for a refusal
-//   Fc, Fm          the command "F.": its operand; "I.": the current result meanwhile
-//   Jc, Jm          the command "I.": the value typed
+// All others are scratch, lent from a stack to the operation that needs them (Lent).
 #pragma once
 
 #include <initializer_list>
 
 #include "bigint/num.h"
-#include "limbs/workspace.h"
 
 namespace tivelo {
 
-inline constexpr int kPoolPairs = 45;
-inline constexpr int kRegisterPairs = 14;
+inline constexpr int kLevels = 14;
 inline constexpr int kVariables = 26;
 
-extern num Yc[kPoolPairs];
-extern num Ym[kPoolPairs];
+extern num* Mc[kVariables];
+extern num* Mm[kVariables];
+extern num* Zc[kLevels];
+extern num* Zm[kLevels];
 
-extern num *N3, *N4;
-extern num *Z1, *Z2, *Z3, *Z4, *Z5, *Z6, *Z7, *Z8, *Z9;
-extern num* Zc[19];
-extern num* Zm[19];
-extern num* Mc[30];
-extern num* Mm[30];
-extern num *Ze, *Zx, *Kc, *Km, *Fc, *Fm, *Jc, *Jm;
+// The deepest borrowing is an answer to "I." whose power is multiplied up step by step: the current
+// result kept, the value before the step and before its product, the cofactors of a reduction; 12
+// in all.
+inline constexpr int kScratch = 16;
+extern num scratch[kScratch];
+extern int lent;  // how many of them are
 
-// Working memory of the engine; functions of this layer and above pass it down by value.
-extern Workspace engine;
+[[noreturn]] void end_for_want_of_scratch();
 
-// Limbs that attach_pool() hands out, and bytes of workspace that the longest operation takes, for
-// numbers of `limbs` limbs.
-std::size_t pool_limbs(int limbs);
-std::size_t engine_bytes(int limbs);
-
-// Marks registers as an operation's own while it runs. In a debug build they are filled with junk
-// on entry and exit, so that nobody can rely on what they hold, and an operand among them is an
-// assertion; in a release build nothing happens.
-class Scratch {
+// A scratch record, its content unspecified, until the end of the scope that it is declared in.
+// Scopes end in the opposite order of their beginnings, so the records form a stack. In a debug
+// build a record is full of junk when it is lent and when it is given back, so that nobody can rely
+// on what it holds.
+class Lent {
  public:
-#ifdef NDEBUG
-  Scratch(std::initializer_list<num*>, std::initializer_list<const num*>) {}
-#else
-  Scratch(std::initializer_list<num*> owned, std::initializer_list<const num*> operands);
-  ~Scratch();
+  // `operands` are what the borrower works on: that none of them has been given back already, and
+  // would be lent anew now, is asserted.
+  explicit Lent(std::initializer_list<const num*> operands = {}) : record_(scratch + lent) {
+    if (++lent > kScratch) end_for_want_of_scratch();
+    check(operands);
+  }
+  ~Lent() {
+    check({});
+    --lent;
+  }
+  Lent(const Lent&) = delete;
+  Lent& operator=(const Lent&) = delete;
+
+  operator num*() const { return record_; }
+  num* operator->() const { return record_; }
 
  private:
-  num* owned_[3];
-  std::size_t count_;
+#ifdef NDEBUG
+  void check(std::initializer_list<const num*>) {}
+#else
+  void check(std::initializer_list<const num*> operands);
 #endif
+
+  num* record_;
 };
 
-// Attaches every record to its IS limbs in `block` (pool_limbs(IS) limbs, zeroed), names the
-// registers and clears the ones that are read before they are written.
-void attach_pool(Limb* block, Workspace workspace);
+// Limbs that attach_pool() hands out for numbers of `limbs` limbs.
+std::size_t pool_limbs(int limbs);
+
+// Attaches every record to its IS limbs in `block` (pool_limbs(IS) limbs, zeroed): all are zeros.
+void attach_pool(Limb* block);
 
 }  // namespace tivelo

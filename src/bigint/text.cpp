@@ -1,3 +1,4 @@
+// Digits are taken in groups of eight from the right; the engine converts whole groups.
 #include "bigint/text.h"
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 
 #include "base/characters.h"
 #include "base/precision.h"
+#include "base/report.h"
 #include "limbs/text.h"
 
 namespace tivelo {
@@ -68,7 +70,11 @@ int cton(const char* text, num* a) {
   const int n = count_digits(text);
   const int k = text[n] == '.' ? count_digits(text + n + 1) : 0;
   const bool fits = k <= 3 ? set_exact(a, text, n, k) : set_decimal(a, text, n, k);
-  if (!fits) a->dec = 0;
+  if (!fits) {
+    a->dec = 0;
+    const long long digits = n + (k <= 3 ? k : kPlaces);
+    report(Event::literal_too_long, {.place = text, .needed = digits, .held = digits_held()});
+  }
   return k > 0 ? n + 1 + k : n;
 }
 
@@ -78,7 +84,7 @@ int ntoc(const num* a, char* out) {
   const bool point = a->dec == FF && n > a->dec;
   const int before = point ? n - a->dec : (n == a->dec ? 0 : n);
   if (before > 0) {
-    out += lltoa(digits[0], out, 10);
+    out += lltoa(digits[0], out);
     out = limbs::write(out, digits.subspan(1, as_size(before - 1)));
   }
   int written = n;
@@ -91,18 +97,10 @@ int ntoc(const num* a, char* out) {
   return kLimbDigits * written;
 }
 
-int lltoa(long long v, char* out, int) {
+int lltoa(long long v, char* out) {
   char* end = std::to_chars(out, out + 20, v).ptr;
   *end = '\0';
   return static_cast<int>(end - out);
-}
-
-int atoll(const char* text, unsigned long long* out) {
-  unsigned long long value = 0;
-  int n = 0;
-  for (; is_digit(text[n]); ++n) value = value * 10 + static_cast<unsigned>(text[n] - '0');
-  *out = value;
-  return n;
 }
 
 }  // namespace tivelo

@@ -10,7 +10,8 @@ namespace tivelo {
 // characters of the number, blanks not counted; a point without digits is not part of it.
 // Up to three fraction digits: dec 0, dden 10^digits. More: dec FF, dden 1, the places cut or
 // filled to 16, and the sixteenth set to 1 unless more than 16 were typed. Leading zeros count as
-// digits, so they stay as limbs. A number of more than IS limbs becomes zero, its text consumed.
+// digits, so they stay as limbs. A number of more than IS limbs becomes zero, its text consumed,
+// which has been reported.
 int cton(const char* text, num* a);
 
 // Writes the digits of |a| (with its point in decimal mode, dec = FF) and a terminating zero at
@@ -18,11 +19,7 @@ int cton(const char* text, num* a);
 // below 20: it is then the parser's mark or of its size. Returns 8 times the limbs written.
 int ntoc(const num* a, char* out);
 
-// Writes v in decimal with a terminating zero, at most 21 bytes; returns the length. `radix` is
-// ignored.
-int lltoa(long long v, char* out, int radix);
-
-// Reads the digits at the very start of `text` into *out, wrapping; returns their number.
-int atoll(const char* text, unsigned long long* out);
+// Writes v in decimal with a terminating zero, at most 21 bytes; returns the length.
+int lltoa(long long v, char* out);
 
 }  // namespace tivelo

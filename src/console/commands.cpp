@@ -1,6 +1,5 @@
+// One function for each command, and the table of their marks.
 #include "console/commands.h"
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -9,17 +8,15 @@
 #include <string_view>
 
 #include "base/characters.h"
+#include "base/exactness.h"
 #include "base/precision.h"
 #include "base/report.h"
-#include "base/status.h"
 #include "bigint/addsub.h"
 #include "bigint/muldiv.h"
-#include "bigint/pool.h"
 #include "console/lines.h"
-#include "console/process.h"
 #include "console/variable_file.h"
 #include "eval/calc.h"
-#include "eval/stepwise.h"
+#include "eval/levels.h"
 #include "fraction/cells.h"
 #include "fraction/decimal.h"
 #include "numtheory/factor.h"
@@ -34,56 +31,59 @@ constexpr const char* kDefaultPrintFile = "save.txt";
 // "C." X: the integer part.
 Flow truncate(Run&, const char** at) {
   if (!is_capital(**at)) return Flow::next;
-  num* c = Mc[**at - 'A'];
-  num* m = Mm[**at - 'A'];
-  c->ext = 0;
-  if (is_short_zero(c) || is_short_zero(m)) return Flow::next;
-  const int divisor = small_magnitude(m, 0);
-  if (divisor > 0) {
-    div(c, divisor);
+  const numf& value = M[**at - 'A'];
+  value.c->ext = 0;
+  if (is_short_zero(value.c) || is_short_zero(value.m)) return Flow::next;
+  if (value.c->dec == FF) report(Event::decimal_not_truncated, {.place = *at, .name = {*at, 1}});
+  if (const int divisor = small_magnitude(value.m, 0); divisor > 0) {
+    div(value.c, divisor);
   } else {
-    nndiv(c, N4, c, m);
+    nndiv(value.c, nullptr, value.c, value.m);
   }
-  set_one_limb(m, 1);
+  set_one_limb(value.m, 1);
   return Flow::next;
 }
 
 // "X." X [ '-' ] digits: times a power of ten, or divided by it without reducing.
 Flow scale(Run&, const char** at) {
   if (!is_capital(**at)) return Flow::next;
-  const int v = *(*at)++ - 'A';
-  num* scaled = Mc[v];
+  const numf& value = M[*(*at)++ - 'A'];
+  num* scaled = value.c;
   if (**at == '-') {
-    scaled = Mm[v];
+    scaled = value.m;
     ++*at;
   }
   long long digits = 0;
   read_count(*at, &digits);
-  err(nfloat(scaled, digits));
+  if (nfloat(scaled, digits) < 0) {
+    const long long needed = digits_of(scaled) + digits;
+    report(Event::scale_too_long, {.place = *at, .needed = needed, .held = digits_held()});
+  }
   return Flow::next;
 }
 
 // Evaluates the typed line into X, or the units of its value into the low word of a cell of X.
 void store_input(const char* line, int v, int k) {
-  numf value(Jc, Jm);
-  set_line_in_hand(line);
-  grant_steps();
-  // The registers of depth 0 begin with the current result, which a typed value must not disturb.
-  rncopy(Fc, Cn.c);
-  rncopy(Fm, Cn.m);
-  calc(line, &value, 0);
-  rncopy(Cn.c, Fc);
-  rncopy(Cn.m, Fm);
+  const char name = static_cast<char>('A' + v);
+  const Lent value_c, value_m, kept_c, kept_m;
+  numf value(value_c, value_m);
+  const numf kept(kept_c, kept_m);
+  begin_messages();
+  set_line_in_hand(line, nullptr);
+  copy(kept, Cn);
+  evaluate_line(line, &value, kAnswerDepth);
+  copy(Cn, kept);
+  place_in_hand = nullptr;
   if (k < 0) {
-    rncopy(Mc[v], value.c);
-    rncopy(Mm[v], value.m);
+    copy(M[v], value);
+    mark_input(v, false);
   } else if (cell_is_free(v, k)) {
     Cell cell = read_cell(v, k);
     cell.low = static_cast<std::int32_t>(units(value.c));
     write_cell(v, k, cell);
+    mark_input(v, true);
   } else {
-    explain("the value of %c covers its cell %d; nothing stored", 'A' + v, k);
-    err(kMisfit);
+    report(Event::cell_taken, {.needed = k, .name = {&name, 1}});
   }
 }
 
@@ -93,15 +93,14 @@ Flow input(Run& run, const char** at) {
   const bool to_cell = is_capital(form[0]) && is_digit(form[1]);
   const char* colon = is_capital(form[0]) ? form + (to_cell ? 2 : 1) : form;
   if (*colon != ':' || colon == form) {
-    explain("\"I.\" takes a variable or a cell, and ':' with a prompt");
-    err(kNoOperand);
+    report(Event::input_form, {.place = form});
     return Flow::next;
   }
   const int v = form[0] - 'A';
   const int k = to_cell ? form[1] - '0' : -1;
-  put(*console, colon + 1);
+  put(*answers, colon + 1);
   if (getsn(run.line_area, ISS * kLimbDigits) == nullptr) {
-    put(*console, "\n");
+    put(*answers, "\n");
     return Flow::quit;
   }
   store_input(run.line_area, v, k);
@@ -125,12 +124,14 @@ Flow print_to_file(Run& run, const char** at) {
 
 // "F." operand
 Flow factorise(Run& run, const char** at) {
-  numf operand(Fc, Fm);
+  const Lent c, m;
+  numf operand(c, m);
   mclear(&operand);
-  if (nread(*at, &operand, 1) < 0) mclear(&operand);
-  fprime(operand.c, run.text, Zc);
-  put(*console, run.text);
-  put(*console, "\n");
+  const int count = evaluate_operand(*at, &operand);
+  if (count >= 0 && (*at)[count] != '\0') report(Event::rest_not_read, {.place = *at + count});
+  fprime(operand.c, run.text);
+  put(*answers, run.text);
+  put(*answers, "\n");
   return Flow::next;
 }
 
@@ -139,9 +140,19 @@ Flow compare(Run&, const char** at) {
   const char* form = *at;
   if (!is_capital(form[0]) || form[1] == '\0' || !is_capital(form[2])) return Flow::next;
   constexpr char kSigns[] = {'<', '=', '>'};
-  const int order = fcomp(Mc[form[0] - 'A'], Mc[form[2] - 'A']);
-  print(*console, "%c%c%c\n", form[0], kSigns[order + 1], form[2]);
+  const int order = fcomp(M[form[0] - 'A'].c, M[form[2] - 'A'].c);
+  print(*answers, "%c%c%c\n", form[0], kSigns[order + 1], form[2]);
   return Flow::next;
+}
+
+// What a person who asks for so many places should know.
+void report_places(long long asked, long long shown, const char* place) {
+  if (asked != shown || asked >= static_cast<long long>(IS) * 4) {
+    const bool any = shown < static_cast<long long>(IS) * 4;
+    report(Event::places_limited, {.place = place, .needed = any ? shown : 0});
+  } else if (shown % kLimbDigits != 0) {
+    report(Event::places_grouped, {.place = place});
+  }
 }
 
 // "V.F" | "V." digits
@@ -149,15 +160,20 @@ Flow set_display(Run& run, const char** at) {
   long long digits = -1;
   if (**at != 'F') {
     read_count(*at, &digits);
+    const long long asked = digits;
     digits = std::min<long long>(digits, INT_MAX);
     if (digits > static_cast<long long>(IS) * kLimbDigits) digits = IS / 2 - 2;
+    report_places(asked, digits, *at);
   }
   run.display_digits = static_cast<int>(digits);
   return Flow::next;
 }
 
 // "L:" name
-Flow run_script(Run&, const char** at) { return run_nested(*at); }
+Flow run_script(Run& run, const char** at) {
+  run.script_name = *at;
+  return Flow::script;
+}
 
 // "LC:" name
 Flow load_cells(Run&, const char** at) {
@@ -169,8 +185,7 @@ Flow load_cells(Run&, const char** at) {
 Flow save_cells(Run&, const char** at) {
   const char* form = *at;
   if (!is_capital(form[0]) || !is_digit(form[1]) || form[2] == '\0' || form[3] == '\0') {
-    explain("\"WC:\" takes the last variable, the last cell, any character and a file name");
-    err(kNoOperand);
+    report(Event::save_form, {.place = form});
   } else {
     csv_save(form + 3, form);
   }
@@ -197,21 +212,17 @@ Flow open_write_file(Run& run, const char** at) {
   return Flow::next;
 }
 
-void close_read_file(Run& run) {
-  if (run.read_file >= 0) ::close(run.read_file);
-  run.read_file = -1;
-}
-
 // "#FR" [ ':' name ]
 Flow open_read_file(Run& run, const char** at) {
-  close_read_file(run);
+  close_descriptor(run.read_file);
   run.read_file = open_to_read(print_file_name(*at));
-  if (run.read_file < 0) explain("%.200s: cannot be read", print_file_name(*at));
+  if (run.read_file < 0) report(Event::read_file_not_opened, {.name = print_file_name(*at)});
   return Flow::next;
 }
 
 Flow close_both_files(Run& run, const char**) {
-  close_files(run);
+  close_print_file(run.write_file);
+  close_descriptor(run.read_file);
   return Flow::next;
 }
 
@@ -267,11 +278,6 @@ Flow run_command(Run& run, const char** at) {
     if (flow != Flow::fall_on) return flow;
   }
   return Flow::fall_on;
-}
-
-void close_files(Run& run) {
-  close_print_file(run.write_file);
-  close_read_file(run);
 }
 
 }  // namespace tivelo

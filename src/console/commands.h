@@ -5,11 +5,8 @@
 
 namespace tivelo {
 
-// Tries the commands at *at. A command that takes the rest of the line returns Flow::next (or
-// quit); fall_on means that the line goes on at *at as an expression.
+// Tries the commands at *at. fall_on means that the line goes on at *at as an expression; any other
+// answer, that a command has taken the rest of the line.
 Flow run_command(Run& run, const char** at);
-
-// Closes what "#FW" and "#FR" opened.
-void close_files(Run& run);
 
 }  // namespace tivelo

@@ -1,11 +1,9 @@
+// Files through POSIX descriptors: no stream, no locale, no waiting for the other end of a pipe.
 #include "console/files.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
 
 #include "base/report.h"
 
@@ -32,9 +30,16 @@ int open_to_read(const char* name) { return open_now(name, O_RDONLY); }
 
 int open_to_write(const char* name) { return open_now(name, O_WRONLY | O_CREAT | O_TRUNC); }
 
-long read_text(const char* name, char* data, std::size_t size) {
+void close_descriptor(int& descriptor) {
+  if (descriptor >= 0) ::close(descriptor);
+  descriptor = -1;
+}
+
+long read_text(const char* name, char* data, std::size_t size, long long* whole) {
   int descriptor = open_to_read(name);
   if (descriptor < 0) return -1;
+  struct stat status {};
+  if (::fstat(descriptor, &status) == 0) *whole = status.st_size;
   std::size_t kept = 0;
   long got = 1;
   while (kept < size && got > 0) {
@@ -56,7 +61,7 @@ void open_print_file(PrintFile& file, const char* name) {
   close_print_file(file);
   file.descriptor = open_to_write(name);
   if (file.descriptor < 0) {
-    explain("%.200s: cannot be written (%s)", name, std::strerror(errno));
+    report(Event::print_file_not_opened, {.name = name});
     return;
   }
   file.out.drain = drain_descriptor;
@@ -68,7 +73,7 @@ void open_print_file(PrintFile& file, const char* name) {
 void close_print_file(PrintFile& file) {
   if (file.descriptor < 0) return;
   const bool written = flush(file.out);
-  if (::close(file.descriptor) != 0 || !written) explain("the print file could not be written");
+  if (::close(file.descriptor) != 0 || !written) report(Event::print_file_not_written);
   file.descriptor = -1;
 }
 

@@ -12,12 +12,15 @@ namespace tivelo {
 int open_to_read(const char* name);
 int open_to_write(const char* name);
 
+// Closes a descriptor that is not -1, and makes it -1.
+void close_descriptor(int& descriptor);
+
 // Reads at most `size` bytes of the file into `data`. Returns how many, or -1 when it cannot be
-// opened or read.
-long read_text(const char* name, char* data, std::size_t size);
+// opened or read. *whole is how many bytes the file has, as far as that is known without reading it.
+[[nodiscard]] long read_text(const char* name, char* data, std::size_t size, long long* whole);
 
 // Writes `size` bytes as the whole file. False when it cannot be opened or written.
-bool write_text(const char* name, const char* data, std::size_t size);
+[[nodiscard]] bool write_text(const char* name, const char* data, std::size_t size);
 
 // The file that "W." prints to, while it is open.
 struct PrintFile {
@@ -25,10 +28,10 @@ struct PrintFile {
   Out out;
 };
 
-// Opens `name` for printing, after closing what is open. A failure is explained.
+// Opens `name` for printing, after closing what is open. A failure has been reported.
 void open_print_file(PrintFile& file, const char* name);
 
-// Writes out what is buffered and closes the file if it is open. A failure is explained.
+// Writes out what is buffered and closes the file if it is open. A failure has been reported.
 void close_print_file(PrintFile& file);
 
 }  // namespace tivelo

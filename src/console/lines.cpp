@@ -1,7 +1,7 @@
+// The sources of lines, cleaning, the block and its repeats.
 #include "console/lines.h"
 
 #include <algorithm>
-#include <array>
 #include <climits>
 #include <cstring>
 #include <string_view>
@@ -9,16 +9,13 @@
 #include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
-#include "base/status.h"
-#include "bigint/pool.h"
+#include "fraction/numf.h"
 
 namespace tivelo {
 
-In* typed = nullptr;
+In* typed_input = nullptr;
 
 namespace {
-
-bool is_control(char c) { return (c >= 0 && c < ' ') || c == 127; }
 
 int line_room() { return ISS * kLimbDigits; }
 
@@ -26,38 +23,59 @@ bool script_is_used_up(const Run& run) {
   return run.script_position - run.script > run.script_length - 2;
 }
 
-// What becomes of one character of a line.
-enum class Keep : unsigned char { reject, as_is, capital, drop, rest, end };
-
-constexpr std::array<Keep, 256> make_classes() {
-  std::array<Keep, 256> classes{};
-  for (const char c : std::string_view("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ+-*/^!.,%'()|={}#<>"))
-    classes[static_cast<unsigned char>(c)] = Keep::as_is;
-  for (const char c : std::string_view("abcdefghijklmnopqrstuvwxyz"))
-    classes[static_cast<unsigned char>(c)] = Keep::capital;
-  classes[' '] = Keep::drop;
-  classes[':'] = Keep::rest;
-  classes['\0'] = classes[';'] = classes['\n'] = Keep::end;
-  return classes;
+int reject(char* line, int length) {
+  std::strcpy(line, ";");
+  return length;
 }
 
-Keep classify(char c) {
-  static constexpr std::array<Keep, 256> kClasses = make_classes();
-  return kClasses[static_cast<unsigned char>(c)];
+// The place of the i-th character in the line as typed, which is in hand while it is cleaned.
+const char* typed_place(int i) {
+  const char* typed = line_in_hand();
+  return typed != nullptr ? typed + i : nullptr;
 }
 
-void reject(char* line) { std::strcpy(line, ";"); }
+// Says why the character text[0], the i-th of its line, is not accepted.
+void report_character(std::string_view text, int i) {
+  const char* place = typed_place(i);
+  const char c = text[0];
+  if (c == '\t') return report(Event::tab_key, {.place = place});
+  if (is_control(c)) return report(Event::control_key, {.place = place});
+  std::size_t size = 1;
+  while (size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) ++size;
+  const std::string_view name = text.substr(0, size);
+  const bool product = name == "\u00D7" || name == "\u00F7" || name == "\u00B7";
+  report(product ? Event::times_sign : Event::not_accepted, {.place = place, .name = name});
+}
+
+// Is line[i] the first of the blanks between two digits? They are dropped like all others. What
+// stands before i is cleaned already, `kept` characters of it, but never looks like a blank there
+// unless it was one.
+bool splits_number(const char* line, int i, int kept, int room) {
+  if (kept == 0 || line[i - 1] == ' ' || !is_digit(line[kept - 1])) return false;
+  while (i < room && line[i] == ' ') ++i;
+  return i < room && is_digit(line[i]);
+}
 
 // Fetches and cleans the next line of the script or the console into the line area.
 Flow fetch_line(Run& run) {
+  begin_messages();
   const int taken = cgets(run.line_area, run.script_position);
   if (taken < 0) {
-    put(*console, "\n");
+    put(*answers, "\n");
     return Flow::quit;
   }
   if (run.script_position != nullptr) run.script_position += taken;
+  run.typed = nullptr;
+  if (messages != nullptr) {
+    const std::size_t size = strnlen(run.line_area, static_cast<std::size_t>(line_room()));
+    std::memcpy(run.typed_area, run.line_area, size);
+    run.typed_area[size] = '\0';
+    run.typed = run.typed_area;
+  }
+  set_line_in_hand(run.typed, nullptr);
   eclean(run.line_area);
   run.line = run.line_area;
+  set_line_in_hand(run.line, run.typed);
   return Flow::next;
 }
 
@@ -67,17 +85,23 @@ Flow next_entry(Run& run) {
     --run.repeat_count;
     const bool again = run.repeat_count >= 1 && run.block_entries > 0;
     run.block_index = again ? 0 : -1;
-    if (!again) run.line = run.line_area;
+    if (!again) {
+      run.line = run.line_area;
+      end_repeat();
+    }
     return Flow::fall_on;
   }
   run.line = run.block[run.block_index++];
+  set_line_in_hand(run.line, nullptr);
   if (run.script_position == nullptr) {
-    put(*console, "? ");
-    put(*console, run.line);
-    put(*console, "\n");
+    put(*answers, "? ");
+    put(*answers, run.line);
+    put(*answers, "\n");
   }
   return Flow::next;
 }
+
+bool is_repeat(const char* line) { return line[0] == 'R' && line[1] != '='; }
 
 // The block while it is being captured.
 struct Capture {
@@ -94,10 +118,10 @@ void Capture::add(const char* piece, std::size_t length) {
   const std::size_t left = static_cast<std::size_t>(run.block_area + line_room() - end);
   if (run.block_entries == kBlockEntries || length + 1 > left) {
     full = true;
-    explain("the block is full at %d entries; the rest is left out", run.block_entries);
-    err(kNoRoom);
+    report(Event::block_full, {.needed = run.block_entries});
     return;
   }
+  if (is_repeat(piece)) report(Event::repeat_in_block, {.place = piece});
   run.block[run.block_entries++] = end;
   std::memcpy(end, piece, length);
   end += length;
@@ -135,13 +159,21 @@ int numeral_value(char c) {
   }
 }
 
-// Up to six characters: digits append to the count, numerals add to it, others do nothing.
+// The count behind 'R', in at most six characters: digits append to it, numerals add to it, others
+// do nothing and are reported.
 int read_repeat_count(const char* text) {
   long long count = 0;
+  const char* other = nullptr;
   for (int i = 0; i < 6 && text[i] != '\0'; ++i) {
-    const bool digit = text[i] >= '0' && text[i] <= '9';
-    count = digit ? count * 10 + (text[i] - '0') : count + numeral_value(text[i]);
+    const int numeral = numeral_value(text[i]);
+    if (!is_digit(text[i]) && numeral == 0 && other == nullptr) other = text + i;
+    count = is_digit(text[i]) ? count * 10 + (text[i] - '0') : count + numeral;
     count = std::min<long long>(count, INT_MAX);
+  }
+  count = std::max(count, 1LL);
+  if (other != nullptr) {
+    const Event event = *other == 'I' ? Event::repeat_numeral : Event::repeat_of_expression;
+    report(event, {.place = other, .needed = count, .name = {other, 1}});
   }
   return static_cast<int>(count);
 }
@@ -149,12 +181,17 @@ int read_repeat_count(const char* text) {
 }  // namespace
 
 char* getsn(char* buf, int n) {
-  return read_line(*typed, *console, buf, static_cast<std::size_t>(n)) ? buf : nullptr;
+  // What the line discipline of a terminal passes of one line at most.
+  constexpr std::size_t kTerminalLine = 4095;
+  if (!read_line(*typed_input, *answers, buf, static_cast<std::size_t>(n))) return nullptr;
+  if (typed_input->terminal && std::strlen(buf) == kTerminalLine)
+    report(Event::terminal_line_full, {.needed = kTerminalLine});
+  return buf;
 }
 
 int cgets(char* dst, const char* src) {
   if (src == nullptr) {
-    put(*console, "? ");
+    put(*answers, "? ");
     return getsn(dst, line_room()) != nullptr ? 0 : -1;
   }
   int n = 0;
@@ -168,6 +205,7 @@ int cgets(char* dst, const char* src) {
 int eclean(char* line) {
   int kept = 0;
   int depth = 0;
+  bool split = false;
   const int room = line_room();
   for (int i = 0; i < room; ++i) {
     const char c = line[i];
@@ -184,25 +222,25 @@ int eclean(char* line) {
         --i;
         break;
       case Keep::drop:
+        if (!split && splits_number(line, i, kept, room)) {
+          report(Event::blank_between_digits, {.place = typed_place(i)});
+          split = true;
+        }
         break;
       case Keep::end:
         if (depth != 0) {
-          explain("brackets do not balance");
-          reject(line);
-          return 2;
+          report(Event::brackets, {.name = depth > 0 ? "a ')' is missing" : "a '(' is missing"});
+          return reject(line, 2);
         }
         line[kept] = '\0';
         return kept + 1;
       case Keep::reject:
-        explain(c > ' ' && c < 127 ? "column %d: '%c' is not accepted" : "column %d: not accepted",
-                i + 1, c);
-        reject(line);
-        return kept + 1;
+        report_character({line + i, std::min<std::size_t>(4, static_cast<std::size_t>(room - i))}, i);
+        return reject(line, kept + 1);
     }
   }
-  explain("a line of more than %d characters", room - 1);
-  reject(line);
-  return 0;
+  report(Event::line_too_long, {.needed = room, .held = room - 1});
+  return reject(line, 0);
 }
 
 Flow next_line(Run& run) {
@@ -215,6 +253,7 @@ Flow next_line(Run& run) {
 }
 
 Flow capture_block(Run& run) {
+  if (run.line[1] != '\0') report(Event::brace_text, {.place = run.line + 1});
   run.block_entries = 0;
   Capture capture{run, run.block_area};
   do {
@@ -226,13 +265,15 @@ Flow capture_block(Run& run) {
 
 void start_block(Run& run) {
   const char* count = run.line + 1;
+  if (run.block_entries == 0) report(Event::repeat_without_block);
   run.repeat_count = 0;
   if (count[0] == '.' && is_capital(count[1])) {
-    if (ntoi(Mc[count[1] - 'A'], &run.repeat_count) < 0)
-      explain("the numerator of %c is no count; the block runs once", count[1]);
+    if (ntoi(M[count[1] - 'A'].c, &run.repeat_count) < 0)
+      report(Event::repeat_count_too_large, {.place = count + 1, .name = {count + 1, 1}});
   } else {
-    run.repeat_count = std::max(read_repeat_count(count), 1);
+    run.repeat_count = read_repeat_count(count);
   }
+  if (run.block_index == -1) begin_repeat();
   run.block_index = 0;
 }
 

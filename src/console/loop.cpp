@@ -1,14 +1,14 @@
+// What a line can be, in the order in which it is tried, and where a result goes.
 #include "console/loop.h"
 
 #include "base/characters.h"
+#include "base/exactness.h"
 #include "base/precision.h"
 #include "base/report.h"
-#include "base/status.h"
-#include "bigint/pool.h"
 #include "console/commands.h"
 #include "console/lines.h"
 #include "eval/calc.h"
-#include "eval/stepwise.h"
+#include "eval/levels.h"
 #include "fraction/cells.h"
 #include "output/print.h"
 
@@ -52,26 +52,26 @@ const char* parse_target(const char* at, Target& target) {
 }
 
 void store_cell(const Target& target) {
+  const char name = static_cast<char>('A' + target.variable);
   if (!cell_is_free(target.variable, target.cell)) {
-    explain("%c has no free cell %d; nothing stored", 'A' + target.variable, target.cell);
-    err(kMisfit);
+    report(Event::cell_taken, {.needed = target.cell, .name = {&name, 1}});
   } else if (Cn.c->len > NN && has_value(Cn.c)) {
-    explain("a result of %d limbs, a cell holds %d; the cell keeps its words", Cn.c->len, NN);
-    put(*console, "_ovf_");
+    report(Event::cell_too_short, {.needed = digits_of(Cn.c), .held = NN * kLimbDigits});
   } else {
     write_cell(target.variable, target.cell, pack_cell(Cn));
+    mark_cell(target.variable);
   }
 }
 
 void store_variable(const Run& run, int variable) {
-  num* c = Mc[variable];
-  rncopy(c, Cn.c);
-  rncopy(Mm[variable], Cn.m);
+  num* c = M[variable].c;
+  copy(M[variable], Cn);
   if (c->len == 0 && (c->ext > 0 || c->rem == 0)) c->len = 1;
+  mark_variable(variable);
   if (run.script_position != nullptr) return;
   const char name[] = {static_cast<char>('A' + variable), '\0'};
   nprint(name, run.text, run.display_digits, nullptr);
-  put(*console, "\n");
+  put(*answers, "\n");
 }
 
 // The rest of the line is an expression: evaluates it into Cn and stores that. The mark of a
@@ -79,10 +79,12 @@ void store_variable(const Run& run, int variable) {
 void assign(const Run& run, const char* at, const Target& target) {
   if (at[0] != '\0' && at[1] == '=') at += 2;
   if (*at == ';') {
-    put(*console, "type mistaken");
+    report(Event::line_rejected);
   } else {
-    calc(at, &Cn, 1);
+    evaluate_line(at, &Cn, kLineDepth);
+    mark_result();
   }
+  place_in_hand = nullptr;
   if (target.whole) {
     store_variable(run, target.variable);
   } else {
@@ -93,15 +95,13 @@ void assign(const Run& run, const char* at, const Target& target) {
 }  // namespace
 
 Flow run_pass(Run& run) {
-  if (console->failed) return Flow::quit;
+  if (answers->failed) return Flow::quit;
   const Flow source = next_line(run);
   if (source == Flow::fall_on) return Flow::next;
   if (source != Flow::next) return source;
-  set_line_in_hand(run.line);
-  grant_steps();
   const char* at = run.line;
   if (*at == '\0' && !run.script_opened) {
-    put(*console, kHelp);
+    put(*answers, kHelp);
     return Flow::next;
   }
   if (*at == '{' && run.block_index == -1) return capture_block(run);

@@ -1,5 +1,5 @@
-// The program: the calculator on standard input and output. Explanations of refusals go to standard
-// error when a person may be reading there.
+// The program: the calculator on standard input and output. Messages go to standard error when a
+// person may be reading there.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -13,9 +13,9 @@ int input = STDIN_FILENO;
 int output = STDOUT_FILENO;
 int errors = STDERR_FILENO;
 
-tivelo::In console_in;
-tivelo::Out console_out;
-tivelo::Out console_errors;
+tivelo::In typed;
+tivelo::Out answers;
+tivelo::Out told;
 
 // A standard descriptor that is closed would be the one that the next file opened gets: a print
 // file in place of the console. A folder takes its place, which can be neither read nor written.
@@ -30,14 +30,14 @@ int main(int argc, char** argv) {
   occupy_closed_descriptors();
   // An output that nobody reads any more is noticed when it is written.
   std::signal(SIGPIPE, SIG_IGN);
-  console_in.fill = tivelo::fill_descriptor;
-  console_in.context = &input;
-  console_out.drain = tivelo::drain_descriptor;
-  console_out.context = &output;
-  console_errors.drain = tivelo::drain_descriptor;
-  console_errors.context = &errors;
-  const bool explain = ::isatty(errors) != 0;
-  const tivelo::Console outside{&console_in, &console_out, explain ? &console_errors : nullptr,
-                                &console_errors};
-  return tivelo::run_calculator(argc > 0 ? argc - 1 : 0, argv + 1, outside);
+  typed.fill = tivelo::fill_descriptor;
+  typed.context = &input;
+  answers.drain = tivelo::drain_descriptor;
+  answers.context = &output;
+  told.drain = tivelo::drain_descriptor;
+  told.context = &errors;
+  typed.terminal = ::isatty(input) != 0;
+  const bool read = ::isatty(errors) != 0;
+  const tivelo::Streams streams{&typed, &answers, read ? &told : nullptr, &told};
+  return tivelo::run_calculator(argc > 0 ? argc - 1 : 0, argv + 1, streams);
 }

@@ -1,3 +1,4 @@
+// The command line, the script, the layout of a run's areas, and runs within runs.
 #include "console/process.h"
 
 #include <algorithm>
@@ -9,11 +10,8 @@
 #include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
-#include "base/status.h"
-#include "bigint/pool.h"
-#include "console/commands.h"
-#include "console/files.h"
 #include "console/loop.h"
+#include "console/run.h"
 #include "console/storage.h"
 #include "fraction/numf.h"
 #include "numtheory/factor.h"
@@ -29,14 +27,20 @@ constexpr int kNestedRuns = 32;
 // outermost run stands for so many runs at most, all that it leads to counted.
 constexpr int kRunsAtOnce = 100'000;
 
-int nesting = 0;
-int runs_left = 0;
+struct Nesting {
+  int depth = 0;      // of the run that asks
+  int runs_left = 0;  // of those that one line of the outermost run stands for
+};
 
 // How the command line is understood.
 struct Start {
   int precision = kDefaultPrecision;
   const char* argument = nullptr;  // a precision digit or the name of a script
 };
+
+void tell_ignored(const char* argument) {
+  report(Event::argument_ignored, {.name = argument});
+}
 
 // The mode is the form of the command line: none, one argument, a mode digit and an argument, or
 // more. Modes 11 to 19 carry a precision; below 2 no argument is looked at.
@@ -50,6 +54,10 @@ Start understand(int count, const char* const* arguments) {
   } else if (count == 2) {
     mode = static_cast<unsigned char>(arguments[0][0]) - '0';
     argument = arguments[1];
+    const bool only_mode = arguments[0][0] != '\0' && arguments[0][1] == '\0';
+    if (mode < 2 || !only_mode) tell_ignored(arguments[mode < 2 ? 1 : 0]);
+  } else if (count > 2) {
+    tell_ignored(arguments[1]);
   }
   Start start;
   if (mode >= 11 && mode <= 19) start.precision = mode - 10;
@@ -77,13 +85,12 @@ void read_header(Script& script, bool may_choose) {
 
 // Reads the script file into `script`; reports when it cannot be opened.
 void load_script(Script& script, const char* name, bool may_choose) {
-  const long length = read_text(name, script.text, kScriptBytes);
+  long long whole = 0;
+  const long length = read_text(name, script.text, kScriptBytes, &whole);
   script.opened = length >= 0;
-  if (!script.opened) {
-    explain("%.200s: cannot be read", name);
-    put(*console, "file not found.");
-    return;
-  }
+  if (!script.opened) return report(Event::script_not_found, {.name = name});
+  if (whole > length)
+    report(Event::script_cut, {.needed = whole, .held = kScriptBytes, .name = name});
   script.length = static_cast<int>(length);
   script.text[length] = '\0';
   script.first_line = 0;
@@ -103,7 +110,7 @@ struct RunStorage {
 RunStorage lay_out_run() {
   const std::size_t line = static_cast<std::size_t>(ISS) * kLimbDigits;
   const std::size_t text = std::max(print_scratch(ISS), factor_text_bytes(ISS));
-  RunStorage storage{reserve(sizeof(Run) + line + line + sizeof incoming.text + text)};
+  RunStorage storage{reserve(sizeof(Run) + 3 * line + 1 + sizeof incoming.text + text)};
   std::byte* at = storage.region.data;
   if (at == nullptr) return storage;
   Run* run = ::new (at) Run;
@@ -115,6 +122,7 @@ RunStorage lay_out_run() {
   };
   run->block_area = area(line);
   run->line_area = area(line);
+  run->typed_area = area(line + 1);
   run->script = area(sizeof incoming.text);
   run->text = area(text);
   run->line = run->line_area;
@@ -130,18 +138,52 @@ void start_script(Run& run) {
   run.script_position = run.script + incoming.first_line;
 }
 
+Flow run_nested(const char* name, Nesting& nesting);
+
 // Runs line after line. Returns how the run ended.
-Flow run_lines(Run& run) {
+Flow run_lines(Run& run, Nesting& nesting) {
   Flow flow = Flow::next;
-  while (flow == Flow::next) flow = run_pass(run);
-  close_files(run);
+  while (flow == Flow::next) {
+    flow = run_pass(run);
+    if (flow == Flow::script) flow = run_nested(run.script_name, nesting);
+  }
+  close_print_file(run.write_file);
+  close_descriptor(run.read_file);
   return flow;
 }
 
+// Runs the script file `name` on the same variables. Flow::next when its script is used up, could not
+// be opened or was refused (each reported), quit when it ended the process.
+Flow run_nested(const char* name, Nesting& nesting) {
+  if (nesting.depth >= kNestedRuns) {
+    report(Event::scripts_too_deep, {.held = kNestedRuns, .name = name});
+    return Flow::next;
+  }
+  if (nesting.depth == 0) nesting.runs_left = kRunsAtOnce;
+  if (--nesting.runs_left < 0) {
+    report(Event::scripts_too_many, {.held = kRunsAtOnce, .name = name});
+    return Flow::next;
+  }
+  load_script(incoming, name, false);
+  if (!incoming.opened) return Flow::next;
+  RunStorage storage = lay_out_run();
+  if (storage.run == nullptr) {
+    const auto size = static_cast<long long>(storage.region.size);
+    report(Event::no_storage_for_script, {.needed = size, .name = name});
+    return Flow::next;
+  }
+  storage.run->nested = true;
+  start_script(*storage.run);
+  ++nesting.depth;
+  const Flow flow = run_lines(*storage.run, nesting);
+  --nesting.depth;
+  release(storage.region);
+  return flow == Flow::used_up ? Flow::next : flow;
+}
+
 int fail_without_storage(Out& errors, const Region& region) {
-  flush(*console);
-  print(errors, "tivelo: %zu bytes of storage cannot be had\n", region.size);
-  flush(errors);
+  flush(*answers);
+  report_to(errors, Event::no_storage, {.needed = static_cast<long long>(region.size)});
   return 1;
 }
 
@@ -154,11 +196,13 @@ int run_session(Out& errors) {
     release(numbers);
     return status;
   }
-  print(*console, "TIVELO Algebra 2022.10.29 (%d digits,%d) \n", (ISS - 2) * kLimbDigits,
+  print(*answers, "TIVELO Algebra 2022.10.29 (%d digits,%d) \n", (ISS - 2) * kLimbDigits,
         kLimbDigits);
   wire_variables();
   start_script(*storage.run);
-  run_lines(*storage.run);
+  Nesting nesting;
+  run_lines(*storage.run, nesting);
+  end_messages();
   release(storage.region);
   release(numbers);
   return 0;
@@ -166,12 +210,10 @@ int run_session(Out& errors) {
 
 }  // namespace
 
-int run_calculator(int count, const char* const* arguments, const Console& outside) {
-  console = outside.out;
-  explanations = outside.explanations;
-  typed = outside.in;
-  set_line_in_hand(nullptr);
-  nesting = 0;
+int run_calculator(int count, const char* const* arguments, const Streams& streams) {
+  answers = streams.answers;
+  messages = streams.messages;
+  typed_input = streams.in;
   ROF[0] = 0;
   const Start start = understand(count, arguments);
   choose_precision(start.precision);
@@ -182,44 +224,16 @@ int run_calculator(int count, const char* const* arguments, const Console& outsi
       load_script(incoming, argument, true);
     } else if (is_digit(argument[0])) {
       choose_precision(argument[0] - '0');
+    } else {
+      tell_ignored(argument);
     }
   }
-  int status = run_session(*outside.errors);
-  if (!flush(*console)) {
-    put(*outside.errors, "tivelo: standard output cannot be written\n");
-    flush(*outside.errors);
+  int status = run_session(*streams.errors);
+  if (!flush(*answers)) {
+    report_to(*streams.errors, Event::output_not_written);
     status = 1;
   }
   return status;
-}
-
-Flow run_nested(const char* name) {
-  if (nesting >= kNestedRuns) {
-    explain("scripts nested more than %d deep; not run", kNestedRuns);
-    err(kTooDeep);
-    return Flow::next;
-  }
-  if (nesting == 0) runs_left = kRunsAtOnce;
-  if (--runs_left < 0) {
-    explain("more than %d scripts run by one line; not run", kRunsAtOnce);
-    err(kTooDeep);
-    return Flow::next;
-  }
-  load_script(incoming, name, false);
-  if (!incoming.opened) return Flow::next;
-  RunStorage storage = lay_out_run();
-  if (storage.run == nullptr) {
-    explain("%zu bytes of storage cannot be had; not run", storage.region.size);
-    err(kNoRoom);
-    return Flow::next;
-  }
-  storage.run->nested = true;
-  start_script(*storage.run);
-  ++nesting;
-  const Flow flow = run_lines(*storage.run);
-  --nesting;
-  release(storage.region);
-  return flow == Flow::used_up ? Flow::next : flow;
 }
 
 }  // namespace tivelo

@@ -10,7 +10,7 @@ inline constexpr int kBlockEntries = 700;
 inline constexpr int kScriptBytes = 11216;
 
 // Where the lines that are typed come from. Set by whoever runs the calculator.
-extern In* typed;
+extern In* typed_input;
 
 struct Run {
   bool nested = false;
@@ -24,6 +24,9 @@ struct Run {
   // The line in hand: the line area, or an entry of the block that runs.
   char* line_area = nullptr;  // ISS x 8 bytes
   char* line = nullptr;
+  char* typed_area = nullptr;     // as large, and a zero: the line before it was cleaned
+  const char* typed = nullptr;    // there, while the line is not of a block and messages are read
+  const char* script_name = nullptr;  // in the line: of the script that it asks for
 
   // The stored block: entries one after another in the block area, each with its zero.
   char* block_area = nullptr;  // ISS x 8 bytes
@@ -39,12 +42,13 @@ struct Run {
   char* text = nullptr;  // scratch for the text of a number or a factorisation
 };
 
-// How a pass, or what it consists of, leaves the run.
+// What happens next: the answer of a pass, and of the steps that it is made of.
 enum class Flow {
-  next,     // on to the next line
-  fall_on,  // nothing was done: no command here, or no line in this pass
-  used_up,  // the script is used up; ends a nested run
-  quit,     // ends the process
+  next,     // the next line is taken
+  fall_on,  // this step had nothing to do; the pass goes on with the next one
+  script,   // the script run.script_name is run, then the next line is taken
+  used_up,  // the script is used up, which ends a nested run
+  quit,     // the process ends
 };
 
 }  // namespace tivelo

@@ -1,17 +1,21 @@
+// Reservations of address space; the system gives memory where they are touched.
 #include "console/storage.h"
 
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include "base/precision.h"
+#include "bigint/engine.h"
 #include "bigint/pool.h"
 
 namespace tivelo {
 
 namespace {
 
-constexpr std::size_t kPage = 4096;
-
-std::size_t round_to_pages(std::size_t size) { return (size + kPage - 1) / kPage * kPage; }
+std::size_t round_to_pages(std::size_t size) {
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  return (size + page - 1) / page * page;
+}
 
 }  // namespace
 
@@ -39,7 +43,8 @@ Region reserve_numbers() {
   ::madvise(region.data, pool, MADV_NOHUGEPAGE);
   ::madvise(region.data + pool, workspace, MADV_HUGEPAGE);
 #endif
-  attach_pool(reinterpret_cast<Limb*>(region.data), Workspace(region.data + pool, workspace));
+  attach_pool(reinterpret_cast<Limb*>(region.data));
+  engine = Workspace(region.data + pool, workspace);
   return region;
 }
 

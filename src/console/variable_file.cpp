@@ -1,3 +1,4 @@
+// Fields and lines of the table, and the cells behind them.
 #include "console/variable_file.h"
 
 #include <climits>
@@ -6,7 +7,6 @@
 #include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
-#include "base/status.h"
 #include "bigint/pool.h"
 #include "console/files.h"
 #include "fraction/cells.h"
@@ -58,26 +58,33 @@ bool store_field(const Field& field, int column, int row) {
 int csv_save(const char* name, const char* range) {
   char text[kSavedBytes] = {};
   int size = 0;
+  bool whole = true;
   for (int row = 1; row <= range[1] - '0'; ++row) {
-    for (int v = 0; v <= range[0] - 'A'; ++v)
-      size += std::snprintf(text + size, 13, "%d,", read_cell(v, row).low);
+    for (int v = 0; v <= range[0] - 'A'; ++v) {
+      const Cell cell = read_cell(v, row);
+      whole &= cell.top == 0 && cell.middle == 0;
+      size += std::snprintf(text + size, 13, "%d,", cell.low);
+    }
     text[size++] = '\n';
   }
   if (!write_text(name, text, static_cast<std::size_t>(size))) {
-    explain("%.200s: cannot be written", name);
-    put(*console, "file_protected\n");
+    report(Event::table_not_saved, {.name = name});
+  } else if (!whole) {
+    report(Event::cells_shortened);
   }
   return 0;
 }
 
 int csv_load(const char* name) {
   char text[kLoadedBytes + 1];
-  const long size = read_text(name, text, kLoadedBytes);
+  long long whole = 0;
+  const long size = read_text(name, text, kLoadedBytes, &whole);
   if (size < 0) {
-    explain("%.200s: cannot be read", name);
-    put(*console, "file_not_found\n");
+    report(Event::table_not_found, {.name = name});
     return 0;
   }
+  if (whole > size)
+    report(Event::table_cut, {.needed = whole, .held = kLoadedBytes, .name = name});
   text[size] = '\0';
   bool stored = true;
   int column = 0;
@@ -95,10 +102,7 @@ int csv_load(const char* name) {
       ++row;
     }
   }
-  if (!stored) {
-    explain("%.200s: a field does not fit its cell, which keeps its words", name);
-    err(kMisfit);
-  }
+  if (!stored) report(Event::table_misfit, {.name = name});
   return static_cast<int>(size);
 }
 

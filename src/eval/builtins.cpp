@@ -12,9 +12,9 @@
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
-#include "bigint/pool.h"
 #include "bigint/text.h"
 #include "eval/calc.h"
+#include "eval/levels.h"
 #include "fraction/arith.h"
 
 namespace tivelo {
@@ -24,6 +24,9 @@ namespace {
 // Angles as second operands of angles nest at most this deep.
 constexpr int kAngleNesting = 64;
 
+// A decimal of more limbs exceeds every double.
+constexpr int kMostLimbs = 45;
+
 struct Builtin {
   const char* name;
   int (*evaluate)(Argument& argument, numf* target, int depth);
@@ -31,6 +34,7 @@ struct Builtin {
 
 int set_constant(numf* target, const char* text) {
   ncton(text, target);
+  report(Event::approximated);
   return 0;
 }
 
@@ -55,17 +59,16 @@ const char* root_text(const Argument& argument) {
 
 int eval_root(Argument& argument, numf* target, int) {
   if (const char* text = root_text(argument)) {
-    ncton(text, target);
+    set_constant(target, text);
   } else if (argument.decimal && std::isinf(argument.magnitude)) {
-    explain("the square root of a number beyond a double; taken as 0");
-    err(kMisfit);
+    report(Event::root_too_large, {.needed = kMostLimbs * kLimbDigits});
   } else {
     const double exact = static_cast<double>(argument.a) / static_cast<double>(argument.d);
     set_numeric(target, std::sqrt(argument.decimal ? argument.magnitude : exact));
   }
   if (argument.sign < 0) {
     target->c->imag = 1;
-    explain("the square root of a negative number is imaginary");
+    report(Event::imaginary_root);
   }
   return 0;
 }
@@ -84,24 +87,23 @@ int eval_logarithm(Argument& argument, numf* target, int) {
   const long long base = argument.a < 2 ? 2 : argument.a;
   if (*argument.rest != '\0') ++argument.rest;
   long double y = 0;
-  for (; *argument.rest >= '0' && *argument.rest <= '9'; ++argument.rest)
+  if (!is_digit(*argument.rest)) report(Event::logarithm_form);
+  for (; is_digit(*argument.rest); ++argument.rest)
     y = y * 10.0F + (*argument.rest - '0');
   // The text of this one keeps its leading 0; that of minus infinity, for y = 0, has no digits.
   char text[64];
   std::snprintf(text, sizeof text, "%.6Lf", std::log(y) / std::log(static_cast<long double>(base)));
   cton(text, target->c);
+  report(Event::approximated);
   return 0;
 }
 
-// An integer of the second operand of ATAN, or `otherwise` when it does not fit. No decimal but
-// zero does, whatever its limbs would read as without the point.
-long long machine_value(const num* a, int otherwise, bool report) {
-  int value = otherwise;
-  const bool other = a->dec != 0 && has_value(a);
-  if ((other || ntoi(a, &value) != 0) && report) {
-    explain("second part of the angle does not fit a machine integer; taken as 0");
-    err(kMisfit);
-  }
+// The second part of ATAN: its numerator, which is 0 when it is no machine integer. No decimal but
+// zero is one, whatever its limbs would read as without the point.
+long long imaginary_part(const num* a) {
+  int value = 0;
+  const bool decimal = a->dec != 0 && has_value(a);
+  if (decimal || ntoi(a, &value) != 0) report(Event::angle_part_too_large);
   return value;
 }
 
@@ -125,17 +127,16 @@ int read_vector(Argument& argument, numf* target, int depth, long long* x, long 
   char separator = *argument.rest++;
   if (*argument.rest == '+' || *argument.rest == '-') separator = *argument.rest++;
   if (nesting >= kAngleNesting) {
-    explain_at(argument.rest, "angles nested too deep");
-    err(kTooDeep);
+    report(Event::angles_too_deep, {.place = argument.rest, .held = kAngleNesting});
     return kTooDeep;
   }
   ++nesting;
-  const int count = nread(argument.rest, target, depth + 1);
+  const int count = nread(argument.rest, target, argument_depth(depth));
   --nesting;
   if (count < 0) return count;
   argument.rest += count;
-  *x = argument.a * argument.sign * machine_value(target->m, 1, false);
-  *y = argument.d * machine_value(target->c, 0, true);
+  *x = argument.a * argument.sign * small_magnitude(target->m, 1);
+  *y = argument.d * imaginary_part(target->c);
   if (separator == '-') *y = -*y;
   rclear(target->c);
   set_one_limb(target->m, 1);
@@ -152,6 +153,7 @@ int eval_angle(Argument& argument, numf* target, int depth) {
     if (status < 0) return status;
   }
   const long long h = half_degrees(x, y);
+  if (x != 0 && y != 0 && x != y && x != -y) report(Event::approximated);
   set_one_limb(target->c, static_cast<Limb>(h % 2 == 0 ? h / 2 : h));
   set_one_limb(target->m, h % 2 == 0 ? 1 : 2);
   return 0;
@@ -177,13 +179,12 @@ double decimal_magnitude(const num* c) {
     const double integer = c->len == kNarrow ? c->limbs[c->end - kNarrow] : 0;
     return integer + (c->len >= FF ? c->limbs[c->end - FF] : 0) * 1e-8;
   }
-  // Beyond this many limbs a number exceeds every double.
-  constexpr int kMostLimbs = 45;
   if (magnitude(c).size() > kMostLimbs) return HUGE_VAL;
   char text[(kMostLimbs + 1) * kLimbDigits];
-  rncopy(Ze, c);
-  trim(Ze, Ze->len - kNarrow);
-  ntoc(Ze, text);
+  const Lent copy({c});
+  rncopy(copy, c);
+  trim(copy, copy->len - kNarrow);
+  ntoc(copy, text);
   return std::strtod(text, nullptr);
 }
 
@@ -193,7 +194,7 @@ int read_argument(const char* text, numf* target, int depth, Argument& argument)
   if (*text == '.') ++text;
   argument.rest = text;
   if (*text == '(') {
-    const int count = calc_nested(text + 1, target, depth + 1);
+    const int count = calc_nested(text + 1, target, argument_depth(depth));
     if (count < 0) return count;
     argument.rest = text + 1 + count;
     int a = 0;
@@ -201,7 +202,7 @@ int read_argument(const char* text, numf* target, int depth, Argument& argument)
     argument.decimal = target->c->dec == FF;
     if (argument.decimal) argument.magnitude = decimal_magnitude(target->c);
     if (!argument.decimal && ntoi(target->c, &a) != 0)
-      explain_at(text, "argument beyond a machine integer; taken as 0");
+      report(Event::argument_too_large, {.place = text});
     if (ntoi(target->m, &d) != 0) d = 1;
     argument.sign = a < 0 ? -1 : 1;
     argument.a = std::abs(a);
@@ -209,7 +210,7 @@ int read_argument(const char* text, numf* target, int depth, Argument& argument)
   } else {
     argument.rest += read_count(text, &argument.a);
     if (argument.a > INT_MAX) {
-      explain_at(text, "argument beyond a machine integer; taken as 0");
+      report(Event::argument_too_large, {.place = text});
       argument.a = 0;
     }
   }
@@ -223,19 +224,39 @@ void set_numeric(numf* target, long double value) {
   char text[400];
   std::snprintf(text, sizeof text, "%.6Lf", value);
   cton(text[0] == '0' ? text + 1 : text, target->c);
+  report(Event::approximated);
 }
 
+namespace {
+
+// A name that is none here: its first letter is skipped. An operator of letters between two
+// variables looks like one.
+int skip_unknown(const char* text) {
+  std::size_t length = 0;
+  while (is_capital(text[length])) ++length;
+  const bool apart = length <= 3 && std::strchr("GLM", text[1]) != nullptr;
+  report(apart ? Event::letters_no_function : Event::unknown_name,
+         {.place = text, .name = {text, length}});
+  return 1;
+}
+
+}  // namespace
+
 int func(const char* text, numf* target, int depth) {
+  place_in_hand = text;
   for (const Builtin& builtin : kBuiltins) {
     if (!starts_with(text, builtin.name)) continue;
     Argument argument;
     int status = read_argument(text + std::strlen(builtin.name), target, depth, argument);
     if (status >= 0) status = builtin.evaluate(argument, target, depth);
     if (status < 0) return status;
-    if (*argument.rest == '.') ++argument.rest;
+    if (*argument.rest == '.') {
+      if (is_digit(argument.rest[1])) report(Event::argument_ends, {.place = argument.rest});
+      ++argument.rest;
+    }
     return static_cast<int>(argument.rest - text);
   }
-  return 1;
+  return skip_unknown(text);
 }
 
 }  // namespace tivelo

@@ -18,7 +18,7 @@ struct Argument {
 // Evaluates the function or constant at the start of `text` (two capitals, or a capital and an
 // apostrophe) into target. Returns the characters consumed, at least 1: an unknown name consumes
 // its first letter and leaves target alone. Negative when the evaluation stops.
-int func(const char* text, numf* target, int depth);
+[[nodiscard]] int func(const char* text, numf* target, int depth);
 
 // Trigonometry: target, which is 0/1, becomes the value. Return 0, or a negative code when the
 // evaluation stops.
@@ -26,8 +26,8 @@ int eval_sine(Argument& argument, numf* target, int depth);
 int eval_cosine(Argument& argument, numf* target, int depth);
 int eval_tangent(Argument& argument, numf* target, int depth);
 
-// Enters a value into the numerator through its text with six decimals, "%.6Lf", in which a leading
-// 0 gives way to a blank. A text without digits ("inf") is 0.
+// Enters a value into the numerator through its text with six decimals, "%.6Lf", of which a leading
+// 0 is left out. A text without digits ("inf") is 0.
 void set_numeric(numf* target, long double value);
 
 }  // namespace tivelo

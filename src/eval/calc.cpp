@@ -1,11 +1,15 @@
+// The evaluation of one expression: operands, the operators behind them, products, sums.
 #include "eval/calc.h"
 
+#include "base/characters.h"
+#include "base/exactness.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
-#include "bigint/pool.h"
+#include "eval/levels.h"
 #include "eval/operators.h"
 #include "fraction/arith.h"
+#include "fraction/stepwise.h"
 
 namespace tivelo {
 
@@ -21,28 +25,34 @@ struct Evaluation {
   Level level;
   int position = 0;
   numf* slot;
-  char additive = '+';
-  char multiplicative = '*';
+  const char* additive;        // the '+' or '-' before the current term, or the text's start
+  const char* multiplicative;  // the '*' or '/' before the factor
 
   Evaluation(const char* expression, numf* target, int depth)
       : text(expression),
         result(target),
-        factor(Zc[depth], Zm[depth]),
-        term(Zc[depth + 1], Zm[depth + 1]),
-        level{expression, numf(Zc[depth + 2], Zm[depth + 2]), depth},
-        slot(&term) {
+        factor(factor_level(depth)),
+        term(term_level(depth)),
+        level{expression, auxiliary_level(depth), depth},
+        slot(&term),
+        additive(expression),
+        multiplicative(nullptr) {
     mclear(result);
     mclear(&factor);
     mclear(&term);
     mclear(&level.auxiliary);
   }
 
+  const char* at() const { return text + position; }
   char here() const { return text[position]; }
   void skip_spaces() {
     while (here() == ' ') ++position;
   }
   int apply_operator(int precedence);
   int read_factor();
+  void look_for_missing(bool after_minus) const;
+  void look_for_dropped() const;
+  void divide_term();
   void finish_product();
   bool finish_term();
 };
@@ -52,6 +62,7 @@ struct Evaluation {
 int Evaluation::apply_operator(int precedence) {
   const Operator* op = find_operator(here(), precedence);
   if (op == nullptr) return 0;
+  place_in_hand = at();
   const int next = op->apply(level, slot, position + 1);
   if (next >= 0) position = next;
   return next;
@@ -59,41 +70,15 @@ int Evaluation::apply_operator(int precedence) {
 
 // factor: operand [ power or postfix operator ] [ gcd, lcm or remainder operator ]
 int Evaluation::read_factor() {
-  const int count = nread(text + position, slot, level.depth + 2);
+  const bool minus = here() == '-';
+  const int count = nread(at(), slot, operand_depth(level.depth));
   if (count < 0) return count;
   position += count;
+  if (count == (minus ? 1 : 0)) look_for_missing(minus);
   const int status = apply_operator(kPostfix);
   if (status < 0) return status;
   skip_spaces();
   return apply_operator(kInteger);
-}
-
-void Evaluation::finish_product() {
-  if (slot == &term) return;
-  if (multiplicative == '*') {
-    err(nprod(&term, &term, &factor));
-    return;
-  }
-  if (factor.c->len >= IS - 5) {
-    explain("divisor of %d limbs, at most %d are taken; not divided", factor.c->len, IS - 6);
-    err(kTooLong);
-    return;
-  }
-  const std::int8_t sign = factor.c->sign == term.c->sign ? 1 : -1;
-  err(ndiv(&term, &term, &factor));
-  term.c->sign = sign;
-}
-
-// Adds the term that the character at the position ends, and steps over that character. True when
-// it ends the expression too.
-bool Evaluation::finish_term() {
-  const char end = text[position++];
-  if (additive == '-') term.c->sign = static_cast<std::int8_t>(-term.c->sign);
-  (void)nsum(result, result, &term);  // a refused sum leaves the result and has been explained
-  additive = end;
-  slot = &term;
-  if (end == '|') result->c->sign = 1;
-  return end == ')' || end == '|' || end == '\0' || here() == ',';
 }
 
 // Does an operand end before this character? Otherwise another operand begins with it.
@@ -112,9 +97,76 @@ bool ends_operand(char c) {
   }
 }
 
+// Nothing was read but perhaps a minus: the character here takes 0 as its left side. Of a sum that
+// begins with its '+' everybody expects it.
+void Evaluation::look_for_missing(bool after_minus) const {
+  const char c = here();
+  if (c == '+' && slot == &term && !after_minus) return;
+  const bool is_operator =
+      find_operator(c, kPostfix) != nullptr || find_operator(c, kInteger) != nullptr;
+  if (!ends_operand(c) && !is_operator) return;
+  const char quoted[] = {'\'', c, '\''};
+  const std::string_view name = c == '\0' ? "the end of the line" : std::string_view(quoted, 3);
+  report(Event::operand_missing, {.place = at(), .name = name});
+}
+
+// An operand was read, and another begins.
+void Evaluation::look_for_dropped() const {
+  const char c = here();
+  if (is_capital(c) || is_digit(c) || c == '(' || (c == '.' && is_digit(at()[1])))
+    report(Event::operand_dropped, {.place = at()});
+}
+
+void Evaluation::divide_term() {
+  const int most = IS - 6;
+  if (factor.c->len > most) {
+    const auto held = static_cast<long long>(most) * kLimbDigits;
+    report(Event::divisor_too_long, {.needed = digits_of(factor.c), .held = held});
+    return;
+  }
+  const std::int8_t sign = factor.c->sign == term.c->sign ? 1 : -1;
+  if (ndiv(&term, &term, &factor) == kDivisionByZero) report(Event::division_by_zero);
+  term.c->sign = sign;
+}
+
+void Evaluation::finish_product() {
+  if (slot == &term) return;
+  place_in_hand = multiplicative;
+  if (*multiplicative == '*') {
+    nprod(&term, &term, &factor);
+  } else {
+    divide_term();
+  }
+}
+
+// Adds the term that the character at the position ends, and steps over that character. True when
+// it ends the expression too.
+bool Evaluation::finish_term() {
+  place_in_hand = additive;
+  if (*additive == '-' && additive != text) term.c->sign = static_cast<std::int8_t>(-term.c->sign);
+  nsum(result, result, &term);
+  additive = at();
+  const char end = text[position++];
+  slot = &term;
+  if (end == '|') result->c->sign = 1;
+  return end == ')' || end == '|' || end == '\0' || here() == ',';
+}
+
 }  // namespace
 
-bool depth_fits(int depth) { return depth + 2 < kRegisterPairs; }
+void evaluate_line(const char* text, numf* target, int depth) {
+  grant_steps();
+  begin_mark();
+  (void)calc(text, target, depth);  // how much of the line was read matters to nobody
+}
+
+int evaluate_operand(const char* text, numf* target) {
+  grant_steps();
+  begin_mark();
+  const int count = nread(text, target, kLineDepth);
+  if (count < 0) mclear(target);
+  return count;
+}
 
 int calc(const char* text, numf* target, int depth) {
   if (!depth_fits(depth)) return kTooDeep;
@@ -126,26 +178,26 @@ int calc(const char* text, numf* target, int depth) {
     e.skip_spaces();
     if (!ends_operand(e.here())) {
       // Another operand follows and replaces this one, provided that something was read at all.
+      e.look_for_dropped();
       if (e.position > before) continue;
-      explain_at(text + e.position, "'%c' starts no operand", e.here());
-      err(kNoOperand);
+      report(Event::no_operand, {.place = e.at(), .name = {e.at(), 1}});
       return kNoOperand;
     }
     e.finish_product();
     if (e.here() == '*' || e.here() == '/') {
-      e.multiplicative = text[e.position++];
+      e.multiplicative = text + e.position++;
       e.slot = &e.factor;
     } else if (e.finish_term()) {
       return e.position;
     }
   }
+  if (e.slot == &e.factor) e.look_for_missing(false);
   return e.position;
 }
 
 int calc_nested(const char* text, numf* target, int depth) {
   if (!depth_fits(depth)) {
-    explain_at(text, "nested too deep");
-    err(kTooDeep);
+    report(Event::nested_too_deep, {.place = text});
     return kTooDeep;
   }
   const int count = calc(text, target, depth);

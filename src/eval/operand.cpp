@@ -1,9 +1,9 @@
 // One operand: sign, then the first kind whose test holds. Which kind it is shows in the character
 // at the position and the one behind it.
 #include "base/characters.h"
+#include "base/exactness.h"
+#include "base/precision.h"
 #include "base/report.h"
-#include "base/status.h"
-#include "bigint/pool.h"
 #include "eval/builtins.h"
 #include "eval/calc.h"
 #include "fraction/arith.h"
@@ -25,10 +25,10 @@ int read_cell_operand(const char* text, numf* target) {
   const int v = text[0] - 'A';
   mclear(target);
   if (cell_is_free(v, k)) {
+    mark_cell_read(v);
     unpack_cell(read_cell(v, k), target);
   } else {
-    explain_at(text, "no such cell, or the value of %c covers it; taken as 0", text[0]);
-    err(kMisfit);
+    report(Event::cell_missing, {.place = text, .needed = k, .name = {text, 1}});
   }
   return count;
 }
@@ -38,7 +38,9 @@ int read_literal(const char* text, numf* target) {
   int blanks = 0;
   while (text[blanks] == ' ') ++blanks;
   mclear(target);
-  return blanks + ncton(text + blanks, target);
+  const int count = ncton(text + blanks, target);
+  if (target->c->dec == FF) report(Event::literal_in_decimal, {.place = text + blanks});
+  return blanks + count;
 }
 
 // bracket: ( '(' | '|' ) expression, whose end the expression itself consumes
@@ -55,10 +57,8 @@ int read_unsigned(const char* text, numf* target, int depth) {
   if (is_capital(first) && (is_digit(second) || second == '#'))
     return read_cell_operand(text, target);
   if (!is_capital(first)) return read_literal(text, target);
-  const numf& variable = M[first - 'A'];
-  if (variable.c->used != 1) return 0;
-  rncopy(target->c, variable.c);
-  rncopy(target->m, variable.m);
+  mark_read(first - 'A');
+  copy(*target, M[first - 'A']);
   return 1;
 }
 

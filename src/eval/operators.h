@@ -1,5 +1,6 @@
 // The operators that apply to the single operand before them: powers and postfix operators, then
-// gcd, lcm and remainder. Sums and products are calc's own.
+// gcd, lcm and remainder. Sums and products are calc's own. All but the power are for integers and
+// take the numerator of anything else, which is reported.
 #pragma once
 
 #include "fraction/numf.h"
@@ -9,8 +10,8 @@ namespace tivelo {
 // What an operator may use of the evaluation it is applied in.
 struct Level {
   const char* text;
-  numf auxiliary;  // its second operand, and scratch
-  int depth;       // a second operand is read at depth + 3
+  numf auxiliary;  // its second operand; an unknown name there leaves what it held
+  int depth;
 };
 
 inline constexpr int kPostfix = 2;  // '^', '!', 'P', 'C': directly after the operand
@@ -27,12 +28,6 @@ struct Operator {
 // The operator of that precedence written `mark`, or null.
 const Operator* find_operator(char mark, int precedence);
 
+// The power operator, which has a file of its own.
 int apply_power(Level& level, numf* operand, int position);
-int apply_factorial(Level& level, numf* operand, int position);
-int apply_permutations(Level& level, numf* operand, int position);
-int apply_combinations(Level& level, numf* operand, int position);
-int apply_gcd(Level& level, numf* operand, int position);
-int apply_lcm(Level& level, numf* operand, int position);
-int apply_remainder(Level& level, numf* operand, int position);
-
 }  // namespace tivelo

@@ -7,6 +7,7 @@
 #include "bigint/text.h"
 #include "eval/builtins.h"
 #include "eval/calc.h"
+#include "eval/levels.h"
 
 namespace tivelo {
 
@@ -40,7 +41,7 @@ const char* exact_text(const ExactValue (&table)[N], long long degrees) {
 int set_exact(const char* text, numf* target, int depth) {
   const bool root = text[0] == 'S' || text[0] == '(';
   if (root) {
-    const int count = calc_nested(text, target, depth + 1);
+    const int count = calc_nested(text, target, argument_depth(depth));
     return count < 0 ? count : 0;
   }
   if (text[0] == '0') return 0;
@@ -86,8 +87,7 @@ int eval_tangent(Argument& argument, numf* target, int depth) {
     sign = -sign;
   }
   if (d == 1 && a == 90) {
-    explain("division by zero: the tangent of a right angle");
-    put(*console, "div0");
+    report(Event::tangent_of_right_angle);
   } else if (const char* exact = d == 1 ? exact_text(kTangents, a) : nullptr) {
     const int status = set_exact(exact, target, depth);
     if (status < 0) return status;

@@ -1,9 +1,11 @@
+// Sum, product and quotient of fractions, each with its exact and its decimal path. Where a path cuts
+// places it says so, when what was cut was not zero.
 #include "fraction/arith.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <utility>
+#include <optional>
 
+#include "base/exactness.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"
@@ -13,9 +15,6 @@
 #include "bigint/text.h"
 #include "fraction/decimal.h"
 #include "fraction/reduce.h"
-#include "limbs/arith.h"
-#include "limbs/divide.h"
-#include "limbs/multiply.h"
 
 namespace tivelo {
 
@@ -33,39 +32,36 @@ class Undo {
  public:
   Undo(const numf* result, const numf* x, const numf* y) : r_(result) {
     const std::int64_t limbs = std::int64_t{x->c->len} + x->m->len + y->c->len + y->m->len;
-    needed_ = limbs + 2 * FF + 4 > IS;
-    if (!needed_) return;
-    rncopy(Kc, r_->c);
-    rncopy(Km, r_->m);
+    if (limbs + 2 * FF + 4 <= IS) return;
+    rncopy(c_.emplace(), r_->c);
+    rncopy(m_.emplace(), r_->m);
   }
 
+  // `code`, with r as it was.
   int refuse(int code) const {
-    if (needed_) {
-      rncopy(r_->c, Kc);
-      rncopy(r_->m, Km);
+    if (c_) {
+      rncopy(r_->c, *c_);
+      rncopy(r_->m, *m_);
     }
     return code;
   }
 
  private:
   const numf* r_;
-  bool needed_;
+  std::optional<Lent> c_, m_;
 };
 
-// The exact value f over the one-limb denominator d becomes a decimal over 1, cut.
-int bring_to_decimal(num* c, int d) {
-  const int status = to_decimal(c);
-  if (status >= 0) div(c, d);
-  return status;
+// Puts the integer c into decimal mode. False, and unchanged, when it has no room for the places.
+bool give_places(num* c) {
+  if (to_decimal(c) >= 0) return true;
+  const long long places = FF * kLimbDigits;
+  report(Event::places_too_long, {.needed = digits_of(c) + places, .held = digits_held()});
+  return false;
 }
 
-// Divides a in place by a denominator of any length, cutting the quotient.
-void divide_by(num* a, const num* m) {
-  if (m->len < 2) {
-    div(a, static_cast<int>(units(m)));
-  } else {
-    nndiv(a, nullptr, a, m);
-  }
+// c = c / m, cut to the places it has.
+void divide_by(num* c, const num* m, Event cut) {
+  if (cut_by(c, m)) report(cut);
 }
 
 // An integer of one limb, or the canonical zero.
@@ -100,9 +96,10 @@ int exact_sum(numf* r, numf* x, numf* y, int g) {
   int dy = static_cast<int>(units(y->m));
   if (x->c->dec != y->c->dec) {
     const bool x_is_decimal = x->c->dec > y->c->dec;
-    int& d = x_is_decimal ? dy : dx;
-    if (bring_to_decimal(x_is_decimal ? y->c : x->c, d) < 0) return undo.refuse(kNoRoom);
-    d = 1;
+    const numf* exact = x_is_decimal ? y : x;
+    if (!give_places(exact->c)) return undo.refuse(kNoRoom);
+    divide_by(exact->c, exact->m, Event::cut_beside_decimal);
+    (x_is_decimal ? dy : dx) = 1;
   }
   r->c->dec = x->c->dec;
   const int l = dx / g * dy;
@@ -114,21 +111,16 @@ int exact_sum(numf* r, numf* x, numf* y, int g) {
   return 0;
 }
 
-// One operand of a decimal sum: its 16-place value, cut, over 1.
-int decimal_term(numf* f) {
-  num* c = f->c;
-  if (c->dec != FF) {
-    const int status = to_decimal(c);
-    if (status < 0) return status;
-  }
-  if (is_one(f->m)) return 0;
-  nndiv(c, nullptr, c, f->m);
-  return 0;
+// Makes one operand of a decimal sum a decimal over 1. False when it has no room for the places.
+bool decimal_term(numf* f) {
+  if (f->c->dec != FF && !give_places(f->c)) return false;
+  if (!is_one(f->m)) divide_by(f->c, f->m, Event::cut_sum);
+  return true;
 }
 
 int decimal_sum(numf* r, numf* x, numf* y) {
   const Undo undo(r, x, y);
-  if (decimal_term(x) < 0 || decimal_term(y) < 0) return undo.refuse(kNoRoom);
+  if (!decimal_term(x) || !decimal_term(y)) return undo.refuse(kNoRoom);
   r->c->dec = FF;
   if (sum(r->c, x->c, y->c) < 0) return undo.refuse(kNoRoom);
   for (const numf* f : {x, y, r}) set_one_limb(f->m, 1);
@@ -141,74 +133,41 @@ int decimal_product(numf* r, numf* x, numf* y) {
   const int status = prod(r->c, x->c, y->c);
   x->c->dec = y->c->dec = FF;
   if (status == kNoRoom) return 1;
-  drop_limbs(r->c, FF);
+  if (drop_limbs(r->c, FF)) report(Event::cut_decimal_product);
   r->c->dec = FF;
   return 1;
 }
 
 // Gives r, whose numerator is the product of the numerators, the denominator p x q, or decimal mode
-// when that is too large. Returns nfloat's status.
-int set_product_denominator(numf* r, const num* p, const num* q, bool q_is_used) {
+// when that is too large. False when the places do not fit.
+bool set_product_denominator(numf* r, const num* p, const num* q, bool q_is_used) {
   const bool one_limb = magnitude(p).size() < 2 && (q_is_used || magnitude(q).size() < 2);
   const std::int64_t product = low_limb(p) * (q_is_used ? 1 : low_limb(q));
   if (one_limb && product < kDenominatorBound) {
     set_one_limb(r->m, static_cast<Limb>(product));
-    return 1;
+    return true;
   }
-  const int status = to_decimal(r->c);
-  if (status < 0) return status;
-  divide_by(r->c, p);
-  if (!q_is_used) divide_by(r->c, q);
+  if (!give_places(r->c)) return false;
+  divide_by(r->c, p, Event::cut_product);
+  if (!q_is_used) divide_by(r->c, q, Event::cut_product);
   set_one_limb(r->m, 1);
-  return 1;
+  return true;
 }
 
 int quotient_of_zero_divisor(numf* r) {
-  explain("division by zero");
   clear(r->c);
   set_one_limb(r->c, 0);
   set_one_limb(r->m, 1);
   return kDivisionByZero;
 }
 
-// The operands of a decimal quotient, x.c * y.m * 10^(8 up) / (x.m * y.c), as limbs without leading
-// zeros. Multiplying by 10^(8 up) appends `up` zero limbs. A one-limb factor may be 10^8 itself, as
-// denominators can be.
-Limbs scaled_product(ConstLimbs a, ConstLimbs b, int up, Workspace& ws) {
-  if (a.size() < b.size()) std::swap(a, b);
-  const std::size_t zeros = static_cast<std::size_t>(up);
-  const Limbs all = ws.take<Limb>(a.size() + b.size() + zeros);
-  if (b.size() == 1) {
-    all[0] = limbs::multiply_limb(all.subspan(1, a.size()), a, b[0]);
-  } else {
-    limbs::multiply(all.first(a.size() + b.size()), a, b, ws);
-  }
-  std::ranges::fill(all.last(zeros), Limb{0});
-  return all.last(limbs::strip(all).size());
-}
-
+// x.c y.m 10^(8 up) / (x.m y.c), cut once.
 int decimal_quotient(numf* r, const numf* x, const numf* y) {
   const int up = FF + y->c->dec - x->c->dec;
   const std::int8_t sign = x->c->sign;
-  Workspace ws = engine;
-  ConstLimbs quotient;
-  if (has_value(x->c)) {
-    const Limbs a = scaled_product(magnitude(x->c), magnitude(y->m), up, ws);
-    const Limbs b = scaled_product(magnitude(x->m), magnitude(y->c), 0, ws);
-    if (a.size() >= b.size()) {
-      const Limbs q = ws.take<Limb>(a.size() - b.size() + 1);
-      const Limbs rest = ws.take<Limb>(b.size());
-      limbs::divide(q, rest, a, b, ws);
-      quotient = limbs::strip(q);
-    }
-  }
-  if (quotient.size() > static_cast<std::size_t>(IS)) {
-    explain("quotient needs %zu limbs, a number holds %d; left unchanged", quotient.size(), IS);
-    return 1;
-  }
-  clear(r->c);
-  r->c->len = static_cast<int>(quotient.size());
-  std::ranges::copy(quotient, in_use(r->c).begin());
+  const int status = quotient_of_products(r->c, x->c, y->m, x->m, y->c, up);
+  if (status < 0) return 1;
+  if (status == 1) report(Event::cut_quotient);
   r->c->sign = sign;
   r->c->dec = FF;
   set_one_limb(r->m, 1);
@@ -218,7 +177,6 @@ int decimal_quotient(numf* r, const numf* x, const numf* y) {
 }  // namespace
 
 int nsum(numf* r, numf* x, numf* y) {
-  const Scratch scratch({Kc, Km}, {r->c, r->m, x->c, x->m, y->c, y->m});
   if (is_short_integer(x) && is_short_integer(y) && y->c->len == 1) {
     short_sum(r, x, y);
     return 0;
@@ -231,16 +189,15 @@ int nsum(numf* r, numf* x, numf* y) {
 }
 
 int nprod(numf* r, numf* x, numf* y) {
-  const Scratch scratch({Kc, Km}, {r->c, r->m, x->c, x->m, y->c, y->m});
   if (x->c->dec == FF && y->c->dec == FF) return decimal_product(r, x, y);
   const Undo undo(r, x, y);
   const numf* p = y->c->dec > x->c->dec ? y : x;
   const numf* q = p == x ? y : x;
   const bool decimal = p->c->dec >= 1;
-  if (decimal) divide_by(p->c, q->m);
+  if (decimal) divide_by(p->c, q->m, Event::cut_beside_decimal);
   if (prod(r->c, p->c, q->c) == kNoRoom) return undo.refuse(1);
   r->c->dec = decimal ? FF : 0;
-  if (set_product_denominator(r, p->m, q->m, decimal) < 0) return undo.refuse(1);
+  if (!set_product_denominator(r, p->m, q->m, decimal)) return undo.refuse(1);
   if (is_short_zero(r->c)) set_one_limb(r->m, 1);
   if (is_short_zero(r->m)) {
     set_one_limb(r->c, 0);
@@ -250,7 +207,6 @@ int nprod(numf* r, numf* x, numf* y) {
 }
 
 int ndiv(numf* r, numf* x, numf* y) {
-  const Scratch scratch({Kc, Km}, {r->c, r->m, x->c, x->m, y->c, y->m});
   if (!has_value(y->c)) return quotient_of_zero_divisor(r);
   if (x->c->dec == FF || y->c->dec == FF) return decimal_quotient(r, x, y);
   const Undo undo(r, x, y);

@@ -1,3 +1,4 @@
+// The words of a cell are limbs of its variable's numerator array, read as signed numbers.
 #include "fraction/cells.h"
 
 #include <cstdlib>

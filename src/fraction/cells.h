@@ -21,8 +21,9 @@ struct Cell {
 // Does variable v (0 to 25) have a cell k that its own value leaves free?
 [[nodiscard]] bool cell_is_free(int v, int k);
 
-// The cell number that two characters behind '#' name: the low word of a cell ("B2"), or ten times
-// the first digit plus the second. kNoCell for a cell that is none; other results may be none too.
+// The cell number that two characters behind '#' name: the low word of another cell ("B2"), kNoCell
+// when there is no such other cell; or ten times the first digit plus the second. Any result may be
+// the number of no cell: cell_is_free() tells.
 inline constexpr int kNoCell = -1;
 int named_cell(char first, char second);
 

@@ -3,7 +3,7 @@
 // the fraction, and copying a fraction means copying both records.
 #pragma once
 
-#include "bigint/num.h"
+#include "bigint/pool.h"
 
 namespace tivelo {
 
@@ -16,29 +16,22 @@ struct numf {
   numf(num* numerator, num* denominator) : c(numerator), m(denominator) {}
 };
 
-// The variables A to Z (entries 0 to 25) and the current result. Wired and set to 0/1 by
-// wire_variables(), once the pool is attached.
-extern numf M[30];
+// The variables A to Z and the current result, over their records in the pool. Wired and set to 0/1,
+// all exact, by wire_variables(), once the pool is attached.
+extern numf M[kVariables];
 extern numf Cn;
 void wire_variables();
 
 // f = 0/1. Returns 1.
 int mclear(numf* f);
 
+// to = from: both records.
+void copy(const numf& to, const numf& from);
+
 // Sets the limbs of `a` to the one-limb value v, which a denominator may carry up to 10^8.
 void set_one_limb(num* a, Limb v);
 
 // Greatest common divisor of a >= 0 and b >= 1 by alternating remainders.
 int gcm(int a, int b);
-
-// Divides *a and *b by their greatest common divisor and returns it; equal members become 1/1 and
-// the result is 1. *a >= 0, *b >= 1.
-int reduct(int* a, int* b);
-
-// Machine-integer fractions rn/rd = an/ad op bn/bd in lowest terms, for operands whose cross
-// products fit an int. fminus stores the magnitude and returns the sign of the difference.
-void fplus(int* rn, int* rd, int an, int ad, int bn, int bd);
-int fminus(int* rn, int* rd, int an, int ad, int bn, int bd);
-void fprod(int* rn, int* rd, int an, int ad, int bn, int bd);
 
 }  // namespace tivelo

@@ -1,19 +1,17 @@
+// Lowest terms: the machine-integer gcd, and the search of long pairs for small common factors.
 #include "fraction/reduce.h"
 
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <utility>
 
 #include "base/precision.h"
-#include "base/primes.h"
+#include "base/report.h"
 #include "bigint/addsub.h"
+#include "bigint/divisors.h"
 #include "bigint/muldiv.h"
 #include "bigint/pool.h"
 #include "fraction/numf.h"
-#include "limbs/arith.h"
-#include "limbs/gcd.h"
-#include "limbs/remainders.h"
 
 namespace tivelo {
 
@@ -55,28 +53,31 @@ bool is_candidate(int p) {
   return p <= 11 || (p % 3 != 0 && p % 5 != 0 && p % 7 != 0 && p % 11 != 0);
 }
 
-// Divides a by p while that leaves no remainder, at most kRun times; returns how often.
-int divide_out(num* a, int p) {
-  int times = 0;
-  while (times < kRun && limbs::remainder_limb(in_use(a), static_cast<std::uint32_t>(p)) == 0) {
-    div(a, p);
-    ++times;
+// The search over one pair: the members lose their common factors, the cofactors, copies of them,
+// every factor tried.
+class Search {
+ public:
+  Search(num* larger, num* smaller) : larger_(larger), smaller_(smaller) {
+    rncopy(cofactor_larger_, larger);
+    rncopy(cofactor_smaller_, smaller);
   }
-  return times;
-}
 
-// The search over one pair: the members lose their common factors, the cofactors Z4 and Z5 every
-// factor tried.
-struct Search {
-  num* larger;
-  num* smaller;
-  long long removed = 1;
-  int ratio_larger = 1;
-  int ratio_smaller = 1;
-
+  // Tries p on both members. True when the search is over.
   bool try_candidate(int p);
+
+  // The product of the common factors removed, saturated.
+  int removed() const { return static_cast<int>(std::min<long long>(removed_, INT_MAX)); }
+
+ private:
   bool ratio_found(int p, int& times_larger, int& times_smaller);
-  int result() const { return static_cast<int>(std::min<long long>(removed, INT_MAX)); }
+
+  num* larger_;
+  num* smaller_;
+  Lent cofactor_larger_{{larger_, smaller_}};
+  Lent cofactor_smaller_{{larger_, smaller_}};
+  long long removed_ = 1;
+  int ratio_larger_ = 1;
+  int ratio_smaller_ = 1;
 };
 
 // Moves the excess power of p, `times` above `other`, into the ratio factor.
@@ -95,77 +96,59 @@ void move_excess(int& ratio, int p, int& times, int other) {
 // Shortcut for members that differ by a small ratio only: once the cofactors are equal, the whole
 // fraction is the ratio of the two factors.
 bool Search::ratio_found(int p, int& times_larger, int& times_smaller) {
-  if (times_larger == times_smaller || ratio_larger >= kRatioBound || ratio_smaller >= kRatioBound)
+  if (times_larger == times_smaller || ratio_larger_ >= kRatioBound ||
+      ratio_smaller_ >= kRatioBound)
     return false;
-  move_excess(ratio_larger, p, times_larger, times_smaller);
-  move_excess(ratio_smaller, p, times_smaller, times_larger);
-  if (ratio_larger >= kRatioBound || ratio_smaller >= kRatioBound || fcomp(Z4, Z5) != 0)
+  move_excess(ratio_larger_, p, times_larger, times_smaller);
+  move_excess(ratio_smaller_, p, times_smaller, times_larger);
+  if (ratio_larger_ >= kRatioBound || ratio_smaller_ >= kRatioBound ||
+      fcomp(cofactor_larger_, cofactor_smaller_) != 0)
     return false;
-  iton(larger, ratio_larger);
-  iton(smaller, ratio_smaller);
-  removed *= std::max(small_magnitude(Z4, 1), 1);
+  iton(larger_, ratio_larger_);
+  iton(smaller_, ratio_smaller_);
+  removed_ *= std::max(small_magnitude(cofactor_larger_, 1), 1);
   return true;
 }
 
-// Tries p on both members. True when the search is over.
 bool Search::try_candidate(int p) {
   int times_larger = 0;
   int times_smaller = 0;
   int run = 0;
   do {
-    times_larger += divide_out(Z4, p);
-    run = divide_out(Z5, p);
+    times_larger += divide_out(cofactor_larger_, p, kRun);
+    run = divide_out(cofactor_smaller_, p, kRun);
     times_smaller += run;
   } while (times_larger == times_smaller && run == kRun);
   if (ratio_found(p, times_larger, times_smaller)) return true;
-  for (int common = min(times_larger, times_smaller); common > 0; --common) {
-    div(larger, p);
-    div(smaller, p);
-    removed = std::min<long long>(removed * p, INT_MAX);
+  for (int common = std::min(times_larger, times_smaller); common > 0; --common) {
+    div(larger_, p);
+    div(smaller_, p);
+    removed_ = std::min<long long>(removed_ * p, INT_MAX);
   }
-  return is_one(Z4) || is_one(Z5);
+  return is_one(cofactor_larger_) || is_one(cofactor_smaller_);
 }
 
-// The primes up to `bound` that divide either member.
-struct Hits {
-  std::array<std::uint32_t, kPrimesBelow9997> primes;
-  std::size_t count = 0;
-
-  // A candidate can only divide a member when all its prime factors do.
-  bool cover(int candidate) const {
-    auto rest = static_cast<std::uint32_t>(candidate);
-    for (std::size_t i = 0; i < count && rest > 1; ++i)
-      while (rest % primes[i] == 0) rest /= primes[i];
-    return rest == 1;
-  }
-};
-
-void find_hits(const num* larger, const num* smaller, int bound, Hits& hits) {
-  const auto all = primes_below_65536();
-  const auto end = std::ranges::upper_bound(all, static_cast<std::uint32_t>(bound));
-  const auto primes = all.first(static_cast<std::size_t>(end - all.begin()));
-  Workspace ws = engine;
-  const auto of_larger = ws.take<std::uint32_t>(primes.size());
-  const auto of_smaller = ws.take<std::uint32_t>(primes.size());
-  limbs::remainders(of_larger, magnitude(larger), primes, ws);
-  limbs::remainders(of_smaller, magnitude(smaller), primes, ws);
-  for (std::size_t i = 0; i < primes.size(); ++i)
-    if (of_larger[i] == 0 || of_smaller[i] == 0) hits.primes[hits.count++] = primes[i];
+// A candidate can only divide a member when all its prime factors, of those up to the bound, do.
+bool covers(std::span<const std::uint32_t> primes, int candidate) {
+  auto rest = static_cast<std::uint32_t>(candidate);
+  for (const std::uint32_t p : primes)
+    while (rest % p == 0) rest /= p;
+  return rest == 1;
 }
 
 // The search of a long pair. Candidates that divide neither member would change nothing, so the
 // primes that do are found beforehand, many at a time.
 int search(num* larger, num* smaller) {
   const int bound = search_bound(larger, smaller);
-  Hits hits;
-  find_hits(larger, smaller, bound, hits);
-  if (hits.count == 0) return 1;
-  Search state{larger, smaller};
-  rncopy(Z4, larger);
-  rncopy(Z5, smaller);
+  std::array<std::uint32_t, 2 * kPrimesBelow9997> found;
+  const auto prime_bound = static_cast<std::uint32_t>(bound);
+  std::size_t count = prime_divisors(found, larger, prime_bound);
+  count += prime_divisors(std::span(found).subspan(count), smaller, prime_bound);
+  if (count == 0) return 1;
+  Search state(larger, smaller);
   for (int p = 2; p <= bound; p += p == 2 ? 1 : 2)
-    if (is_candidate(p) && hits.cover(p) && state.try_candidate(p)) break;
-  return state.result();
+    if (is_candidate(p) && covers(std::span(found).first(count), p) && state.try_candidate(p)) break;
+  return state.removed();
 }
 
 // Does n lose all its factors to the candidates of a short pair?
@@ -184,11 +167,7 @@ bool is_ratio(const num* a, int x) {
 
 // A decimal over an integer: the decimal takes the denominator in, cut to its 16 places.
 int reduce_decimal(num* a, num* b) {
-  if (b->len > 1) {
-    nndiv(a, nullptr, a, b);
-  } else {
-    div(a, static_cast<int>(units(b)));
-  }
+  if (cut_by(a, b)) report(Event::cut_reduction);
   set_one_limb(b, 1);
   return 1;
 }
@@ -196,7 +175,6 @@ int reduce_decimal(num* a, num* b) {
 }  // namespace
 
 int nreduct(num* a, num* b) {
-  const Scratch scratch({Z4, Z5, Z6}, {a, b});
   if (a->dec == FF && b->dec == 0) return reduce_decimal(a, b);
   if (a->len == 1 && b->len == 1) {
     if (units(b) == 0) return 0;
@@ -227,31 +205,18 @@ int nreduct(num* a, num* b) {
 }
 
 int nreducti(num* a, int* x) {
-  const Scratch scratch({Z4}, {a});
-  rncopy(Z4, a);
-  div(Z4, *x);
-  if (*x == 1 || Z4->rem == 0) {
+  const Lent trial({a});
+  rncopy(trial, a);
+  div(trial, *x);
+  if (*x == 1 || trial->rem == 0) {
     div(a, *x);
     *x = 1;
     return 1;
   }
-  const int g = gcm(Z4->rem, *x);
+  const int g = gcm(trial->rem, *x);
   div(a, g);
   *x /= g;
   return g;
-}
-
-int ngcm(num* r, const num* a, const num* b) {
-  const ConstLimbs x = magnitude(a);
-  const ConstLimbs y = magnitude(b);
-  Workspace ws = engine;
-  const Limbs divisor = ws.take<Limb>(std::max(x.size(), y.size()));
-  const std::size_t n = limbs::gcd(divisor, x, y, ws);
-  r->sign = 1;
-  set_one_limb(r, 0);
-  if (n > 0) r->len = static_cast<int>(n);
-  std::ranges::copy(divisor.last(n), places(r, static_cast<int>(n)).begin());
-  return 1;
 }
 
 }  // namespace tivelo

@@ -11,14 +11,9 @@ namespace tivelo {
 // Returns 1 for that, the gcd for one-limb members (0 for a zero one-limb b), 0 where nothing is
 // to be done or the members are equal, else the product of the common factors removed by the
 // search (saturated). With ROF[0] set, pairs with a member above two limbs are left alone.
-// Owns Z4, Z5 and Z6.
 int nreduct(num* a, num* b);
 
 // Divides a and *x (>= 1) by their greatest common divisor; returns it, or 1 when *x divides a.
-// Owns Z4.
 int nreducti(num* a, int* x);
-
-// r = the greatest common divisor of |a| and |b|, positive; gcd(x, 0) = |x|. r may be a. Returns 1.
-int ngcm(num* r, const num* a, const num* b);
 
 }  // namespace tivelo

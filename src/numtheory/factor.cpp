@@ -1,16 +1,18 @@
+// Factors below 65536 are found all at once; what is left is prime, or may be.
 #include "numtheory/factor.h"
 
+#include <array>
 #include <charconv>
+#include <climits>
 
 #include "base/precision.h"
 #include "base/primes.h"
 #include "base/report.h"
 #include "base/status.h"
+#include "bigint/divisors.h"
 #include "bigint/muldiv.h"
 #include "bigint/pool.h"
 #include "bigint/text.h"
-#include "limbs/arith.h"
-#include "limbs/remainders.h"
 
 namespace tivelo {
 
@@ -43,19 +45,13 @@ char* strip_factor(unsigned long long& m, unsigned long long p, char* out) {
   return exponent > 0 ? append_power(out, p, exponent) : out;
 }
 
-// How often p divides m, which loses these factors.
-int divide_out(num* m, std::uint32_t p) {
-  int exponent = 0;
-  for (; limbs::remainder_limb(in_use(m), p) == 0; ++exponent) div(m, static_cast<int>(p));
-  return exponent;
-}
-
 // The cofactor without a factor up to kLastTrial: complete when it has one limb, else in
 // decimal and with a "?" unless it is certainly prime.
-char* append_cofactor(char* out, const num* m, num* trial) {
+char* append_cofactor(char* out, const num* m) {
   if (m->len == 1) return out + iprime(units(m), out);
   out += ntoc(m, out) - kLimbDigits;
   while (*out != '\0') ++out;
+  const Lent trial({m});
   rncopy(trial, m);
   div(trial, kLastTrial);
   if (trial->len > 1 || units(trial) >= kCertified) *out++ = '?';
@@ -64,14 +60,15 @@ char* append_cofactor(char* out, const num* m, num* trial) {
 
 }  // namespace
 
-int fprime(const num* n, char* out, num** regs) {
-  const Scratch scratch({regs[2], regs[3]}, {n});
+int fprime(const num* n, char* out) {
   *out = '\0';
-  if (n->len > IS - 5) {
-    explain("a number of %d limbs is too long to factorise, at most %d are taken", n->len, IS - 5);
+  const int most = IS - 5;
+  if (n->len > most) {
+    const auto held = static_cast<long long>(most) * kLimbDigits;
+    report(Event::factorise_too_long, {.needed = digits_of(n), .held = held});
     return kDivisionByZero;
   }
-  num* m = regs[3];
+  const Lent m({n});
   rncopy(m, n);
   m->sign = 1;
   m->dec = 0;
@@ -80,19 +77,16 @@ int fprime(const num* n, char* out, num** regs) {
     iprime(m->len == 0 ? 0 : units(m), out);
     return 0;
   }
-  const auto primes = primes_below_65536();
-  Workspace ws = engine;
-  const auto rest = ws.take<std::uint32_t>(primes.size());
-  limbs::remainders(rest, in_use(m), primes, ws);
-  for (std::size_t i = 0; i < primes.size(); ++i) {
-    if (rest[i] != 0) continue;
-    out = append_power(out, primes[i], divide_out(m, primes[i]));
+  std::array<std::uint32_t, kPrimesBelow65536> primes;
+  const std::size_t count = prime_divisors(primes, m, kCertified - 1);
+  for (const std::uint32_t p : std::span(primes).first(count)) {
+    out = append_power(out, p, divide_out(m, static_cast<int>(p), INT_MAX));
     if (is_one(m)) {
       out[-1] = '\0';
       return 0;
     }
   }
-  *append_cofactor(out, m, regs[2]) = '\0';
+  *append_cofactor(out, m) = '\0';
   return 0;
 }
 

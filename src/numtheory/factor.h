@@ -14,8 +14,8 @@ constexpr std::size_t factor_text_bytes(int limbs) {
 }
 
 // Writes the factorisation of |n| at `out`, 0 and 1 as themselves. Returns -7 with an empty text
-// when n has more than IS - 5 limbs, else 0. `regs` is Zc, of which entries 2 and 3 are used.
-int fprime(const num* n, char* out, num** regs);
+// when n has more than IS - 5 limbs, which has been reported, else 0.
+int fprime(const num* n, char* out);
 
 // Writes the complete factorisation of n. Returns the length of the text (at most 64 characters).
 int iprime(unsigned long long n, char* out);

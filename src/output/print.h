@@ -13,7 +13,7 @@ constexpr std::size_t print_scratch(int limbs) { return static_cast<std::size_t>
 // digit. `digits` says how a fraction is shown: -1 as a mixed number, 1 to 4 IS - 1 with that many
 // places rounded up to groups of 8 and cut, otherwise its integer part only; 0 prints nothing. A
 // whole variable goes to `file`, or to the console when that is null; a cell always to the console.
-// `out` is scratch. Returns 1 after a cell, else 0. Owns Z2, Z3 and Z4.
+// `out` is scratch. Returns 1 after a cell, else 0.
 int nprint(const char* name, char* out, int digits, Out* file);
 
 }  // namespace tivelo

@@ -13,8 +13,7 @@ namespace tivelo {
 void grant_steps();
 
 // *result, which is 1, becomes base^n, or the last product that a record held; true. Where the work
-// granted to the line runs out *result is 0, reported and explained; false. Owns Ze and Zx and
-// changes *base.
+// granted to the line runs out *result is 0, which has been reported; false. Changes *base.
 [[nodiscard]] bool stepwise_power(numf* result, numf* base, long long n);
 
 }  // namespace tivelo

@@ -1,0 +1,22 @@
+// The workspace, and the most that any operation takes of it.
+#include "bigint/engine.h"
+
+#include <algorithm>
+
+#include "bigint/combinatorics.h"
+#include "bigint/divisors.h"
+#include "bigint/expansion.h"
+#include "bigint/muldiv.h"
+#include "bigint/power.h"
+
+namespace tivelo {
+
+Workspace engine;
+
+std::size_t engine_bytes(int limbs) {
+  const std::size_t n = static_cast<std::size_t>(limbs) + 16;
+  return std::max({muldiv_workspace(n), power_workspace(n), combinatorics_workspace(n),
+                   divisors_workspace(n), expansion_workspace(n)});
+}
+
+}  // namespace tivelo
