@@ -105,6 +105,8 @@ constexpr EventRow kRows[] = {
      "An operator of letters goes behind a bracket: (A)GB."},
     {digits_missing, kUnderstood, true, kNone,
      "'{s}' takes digits only; the remainder by 0, 0 in its place", "Write 10M3."},
+    {count_missing, kUnderstood, true, kNone,
+     "'{s}' takes digits, none stand for 0: 1 in its place", "Write 5P2, and a product as 2*PI."},
     {argument_ends, kUnderstood, true, kNone, "the argument ends at the point",
      "A fraction goes in a bracket: SIN(75/2)."},
     {logarithm_form, kUnderstood, true, kNone,

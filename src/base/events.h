@@ -49,6 +49,7 @@ enum class Event : std::uint8_t {
   unknown_name,
   letters_no_function,
   digits_missing,
+  count_missing,
   argument_ends,
   logarithm_form,
   numerator_exponent,

@@ -177,6 +177,8 @@ bool follows_another(Event event, const Detail& detail) {
     case Event::operand_dropped:
     case Event::unknown_name:
     case Event::letters_no_function:
+    case Event::digits_missing:
+    case Event::count_missing:
     case Event::argument_ends:
       break;
     default:

@@ -104,7 +104,7 @@ int minus(num* r, num* a, num* b) {
     return kNoRoom;
   }
   ConstLimbs subtrahend = magnitude(small);
-  const std::int8_t sign = big->sign;
+  const std::int32_t sign = big->sign;
   ConstLimbs minuend = in_use(big);
   if (d > 0 || up > 0) {
     // The smaller operand, when it is the result too, makes way for the aligned larger one.

@@ -115,7 +115,7 @@ void falling_factorial(num* n, int k) {
     clear(n);
     return;
   }
-  const std::int8_t sign = k % 2 == 0 ? 1 : n->sign;
+  const std::int32_t sign = k % 2 == 0 ? 1 : n->sign;
   clear(n);
   set_limbs(n, chain.product);
   n->sign = sign;
@@ -133,7 +133,7 @@ bool permute_by_sign(num* n, int k) {
   const ConstLimbs value = magnitude(n);
   const bool two = value.size() == 1 && value[0] == 2;
   if (k != 2 || !(two || value.empty())) return false;
-  n->sign = two ? 1 : static_cast<std::int8_t>(-n->sign);
+  n->sign = two ? 1 : -n->sign;
   return true;
 }
 

@@ -32,7 +32,7 @@ bool product_carries_out(const num* a, Limb k) {
   return carry != 0;
 }
 
-void set_product_fields(num* r, std::int8_t sign) {
+void set_product_fields(num* r, std::int32_t sign) {
   r->sign = sign;
   r->ext = r->shift = r->dec = r->rem = r->res = r->imag = 0;
   r->rdiv = 1;
@@ -97,7 +97,7 @@ int prodc(num* dst, const num* src, int k) {
 int prod(num* r, const num* x, const num* y) {
   const num* longer = x->len > y->len ? x : y;
   const num* shorter = longer == x ? y : x;
-  const std::int8_t sign = x->sign == y->sign ? 1 : -1;
+  const std::int32_t sign = x->sign == y->sign ? 1 : -1;
   if (is_short_zero(longer) || is_short_zero(shorter)) {
     clear(r);
     return 0;

@@ -26,9 +26,8 @@ int rclear(num* a) {
   if (a->len > 1) std::ranges::fill(in_use(a), Limb{0});
   units(a) = 0;
   a->end = IS;
-  a->sign = 1;
-  a->len = a->ext = a->shift = a->dec = a->rem = a->res = a->imag = 0;
-  a->rdiv = a->used = 1;
+  a->sign = a->rdiv = a->used = 1;
+  a->len = a->ext = a->rem = a->shift = a->dec = a->res = a->imag = 0;
   return 1;
 }
 

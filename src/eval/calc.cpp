@@ -124,7 +124,7 @@ void Evaluation::divide_term() {
     report(Event::divisor_too_long, {.needed = digits_of(factor.c), .held = held});
     return;
   }
-  const std::int8_t sign = factor.c->sign == term.c->sign ? 1 : -1;
+  const std::int32_t sign = factor.c->sign == term.c->sign ? 1 : -1;
   if (ndiv(&term, &term, &factor) == kDivisionByZero) report(Event::division_by_zero);
   term.c->sign = sign;
 }
@@ -143,7 +143,7 @@ void Evaluation::finish_product() {
 // it ends the expression too.
 bool Evaluation::finish_term() {
   place_in_hand = additive;
-  if (*additive == '-' && additive != text) term.c->sign = static_cast<std::int8_t>(-term.c->sign);
+  if (*additive == '-' && additive != text) term.c->sign = -term.c->sign;
   nsum(result, result, &term);
   additive = at();
   const char end = text[position++];

@@ -68,7 +68,7 @@ int nread(const char* text, numf* target, int depth) {
   const int signs = text[0] == '-' ? 1 : 0;
   const int count = read_unsigned(text + signs, target, depth);
   if (count < 0) return count;
-  if (signs != 0) target->c->sign = static_cast<std::int8_t>(-target->c->sign);
+  if (signs != 0) target->c->sign = -target->c->sign;
   nreduct(target->c, target->m);
   return signs + count;
 }

@@ -27,8 +27,11 @@ void expect_integer(const numf& operand, const char* mark) {
 
 // Reads k and returns the position behind it.
 int read_k(const Level& level, int position, int* k) {
+  const char* mark = level.text + position - 1;
   long long value = 0;
-  position += read_count(level.text + position, &value);
+  const int digits = read_count(level.text + position, &value);
+  if (digits == 0) report(Event::count_missing, {.place = mark, .name = {mark, 1}});
+  position += digits;
   *k = static_cast<int>(std::min<long long>(value, INT_MAX));
   return position;
 }
@@ -107,7 +110,7 @@ int apply_remainder(Level& level, numf* operand, int position) {
   num* n = operand->c;
   int rest = 0;
   if (digits == 0) {
-    report(Event::digits_missing, {.name = {mark, 1}});
+    report(Event::digits_missing, {.place = mark, .name = {mark, 1}});
   } else if (k == 0) {
     report(Event::remainder_by_zero);
   } else {

@@ -64,7 +64,7 @@ int sine(long long a, long long d, int s, numf* target, int depth) {
                                  static_cast<long double>(d)));
   }
   if (in_turn > 180 * d) target->c->sign = -1;
-  if (s < 0) target->c->sign = static_cast<std::int8_t>(-target->c->sign);
+  if (s < 0) target->c->sign = -target->c->sign;
   return 0;
 }
 
@@ -95,7 +95,7 @@ int eval_tangent(Argument& argument, numf* target, int depth) {
     set_numeric(target,
                 std::tan(static_cast<long double>(a) * kPi / static_cast<long double>(180 * d)));
   }
-  target->c->sign = static_cast<std::int8_t>(sign);
+  target->c->sign = sign;
   return 0;
 }
 

@@ -3,7 +3,6 @@
 #include "fraction/arith.h"
 
 #include <cstdlib>
-#include <optional>
 
 #include "base/exactness.h"
 #include "base/precision.h"
@@ -26,30 +25,21 @@ constexpr std::int64_t kDenominatorBound = kBase;
 
 std::int64_t low_limb(const num* a) { return static_cast<std::int64_t>(units(a)); }
 
-// Keeps r's value while an operation may yet be refused. Copying is only worth it near the
-// capacity: elsewhere no result of these operands can outgrow a record.
-class Undo {
- public:
-  Undo(const numf* result, const numf* x, const numf* y) : r_(result) {
-    const std::int64_t limbs = std::int64_t{x->c->len} + x->m->len + y->c->len + y->m->len;
-    if (limbs + 2 * FF + 4 <= IS) return;
-    rncopy(c_.emplace(), r_->c);
-    rncopy(m_.emplace(), r_->m);
-  }
-
-  // `code`, with r as it was.
-  int refuse(int code) const {
-    if (c_) {
-      rncopy(r_->c, *c_);
-      rncopy(r_->m, *m_);
-    }
-    return code;
-  }
-
- private:
-  const numf* r_;
-  std::optional<Lent> c_, m_;
-};
+// Does what `steps` says to r, or nothing: where it answers false, r is as before, and so is the
+// answer. Copying r beforehand is only worth it near the capacity; elsewhere no result of these
+// operands can outgrow a record.
+template <typename Steps>
+bool all_or_nothing(const numf* r, const numf* x, const numf* y, const Steps& steps) {
+  const std::int64_t limbs = std::int64_t{x->c->len} + x->m->len + y->c->len + y->m->len;
+  if (limbs + 2 * FF + 4 <= IS) return steps();
+  const Lent c({r->c, x->c, y->c});
+  const Lent m({r->m, x->m, y->m});
+  const numf before(c, m);
+  copy(before, *r);
+  if (steps()) return true;
+  copy(*r, before);
+  return false;
+}
 
 // Puts the integer c into decimal mode. False, and unchanged, when it has no room for the places.
 bool give_places(num* c) {
@@ -90,14 +80,13 @@ void short_sum(numf* r, const numf* x, const numf* y) {
 }
 
 // x + y over one-limb denominators with g as their greatest common divisor.
-int exact_sum(numf* r, numf* x, numf* y, int g) {
-  const Undo undo(r, x, y);
+bool exact_sum(numf* r, numf* x, numf* y, int g) {
   int dx = static_cast<int>(units(x->m));
   int dy = static_cast<int>(units(y->m));
   if (x->c->dec != y->c->dec) {
     const bool x_is_decimal = x->c->dec > y->c->dec;
     const numf* exact = x_is_decimal ? y : x;
-    if (!give_places(exact->c)) return undo.refuse(kNoRoom);
+    if (!give_places(exact->c)) return false;
     divide_by(exact->c, exact->m, Event::cut_beside_decimal);
     (x_is_decimal ? dy : dx) = 1;
   }
@@ -105,10 +94,10 @@ int exact_sum(numf* r, numf* x, numf* y, int g) {
   const int l = dx / g * dy;
   if (prodc(x->c, x->c, l == dx ? 1 : l / dx) < 0 || prodc(y->c, y->c, l == dy ? 1 : l / dy) < 0 ||
       sum(r->c, x->c, y->c) < 0)
-    return undo.refuse(kNoRoom);
+    return false;
   set_one_limb(r->m, static_cast<Limb>(l));
   nreduct(r->c, r->m);
-  return 0;
+  return true;
 }
 
 // Makes one operand of a decimal sum a decimal over 1. False when it has no room for the places.
@@ -118,13 +107,12 @@ bool decimal_term(numf* f) {
   return true;
 }
 
-int decimal_sum(numf* r, numf* x, numf* y) {
-  const Undo undo(r, x, y);
-  if (!decimal_term(x) || !decimal_term(y)) return undo.refuse(kNoRoom);
+bool decimal_sum(numf* r, numf* x, numf* y) {
+  if (!decimal_term(x) || !decimal_term(y)) return false;
   r->c->dec = FF;
-  if (sum(r->c, x->c, y->c) < 0) return undo.refuse(kNoRoom);
+  if (sum(r->c, x->c, y->c) < 0) return false;
   for (const numf* f : {x, y, r}) set_one_limb(f->m, 1);
-  return 2;
+  return true;
 }
 
 // Product of two decimals: the product of the integers without its lowest FF limbs.
@@ -161,10 +149,36 @@ int quotient_of_zero_divisor(numf* r) {
   return kDivisionByZero;
 }
 
+// The product where at most one operand is a decimal.
+bool product(numf* r, numf* x, numf* y) {
+  const numf* p = y->c->dec > x->c->dec ? y : x;
+  const numf* q = p == x ? y : x;
+  const bool decimal = p->c->dec >= 1;
+  if (decimal) divide_by(p->c, q->m, Event::cut_beside_decimal);
+  if (prod(r->c, p->c, q->c) == kNoRoom) return false;
+  r->c->dec = decimal ? FF : 0;
+  if (!set_product_denominator(r, p->m, q->m, decimal)) return false;
+  if (is_short_zero(r->c)) set_one_limb(r->m, 1);
+  if (is_short_zero(r->m)) {
+    set_one_limb(r->c, 0);
+    set_one_limb(r->m, 1);
+  }
+  return true;
+}
+
+bool quotient(numf* r, numf* x, numf* y) {
+  nreduct(x->c, y->c);
+  nreduct(y->m, x->m);
+  if (prod(r->c, x->c, y->m) == kNoRoom || prod(r->m, y->c, x->m) == kNoRoom) return false;
+  r->m->sign = 1;
+  if (is_short_zero(r->c)) set_one_limb(r->m, 1);
+  return true;
+}
+
 // x.c y.m 10^(8 up) / (x.m y.c), cut once.
 int decimal_quotient(numf* r, const numf* x, const numf* y) {
   const int up = FF + y->c->dec - x->c->dec;
-  const std::int8_t sign = x->c->sign;
+  const std::int32_t sign = x->c->sign;
   const int status = quotient_of_products(r->c, x->c, y->m, x->m, y->c, up);
   if (status < 0) return 1;
   if (status == 1) report(Event::cut_quotient);
@@ -183,38 +197,22 @@ int nsum(numf* r, numf* x, numf* y) {
   }
   if (x->m->len <= 1 && y->m->len <= 1) {
     const int g = gcm(static_cast<int>(units(x->m)), static_cast<int>(units(y->m)));
-    if (low_limb(x->m) / g * low_limb(y->m) <= kDenominatorBound) return exact_sum(r, x, y, g);
+    if (low_limb(x->m) / g * low_limb(y->m) <= kDenominatorBound)
+      return all_or_nothing(r, x, y, [=] { return exact_sum(r, x, y, g); }) ? 0 : kNoRoom;
   }
-  return decimal_sum(r, x, y);
+  return all_or_nothing(r, x, y, [=] { return decimal_sum(r, x, y); }) ? 2 : kNoRoom;
 }
 
 int nprod(numf* r, numf* x, numf* y) {
   if (x->c->dec == FF && y->c->dec == FF) return decimal_product(r, x, y);
-  const Undo undo(r, x, y);
-  const numf* p = y->c->dec > x->c->dec ? y : x;
-  const numf* q = p == x ? y : x;
-  const bool decimal = p->c->dec >= 1;
-  if (decimal) divide_by(p->c, q->m, Event::cut_beside_decimal);
-  if (prod(r->c, p->c, q->c) == kNoRoom) return undo.refuse(1);
-  r->c->dec = decimal ? FF : 0;
-  if (!set_product_denominator(r, p->m, q->m, decimal)) return undo.refuse(1);
-  if (is_short_zero(r->c)) set_one_limb(r->m, 1);
-  if (is_short_zero(r->m)) {
-    set_one_limb(r->c, 0);
-    set_one_limb(r->m, 1);
-  }
+  (void)all_or_nothing(r, x, y, [=] { return product(r, x, y); });
   return 1;
 }
 
 int ndiv(numf* r, numf* x, numf* y) {
   if (!has_value(y->c)) return quotient_of_zero_divisor(r);
   if (x->c->dec == FF || y->c->dec == FF) return decimal_quotient(r, x, y);
-  const Undo undo(r, x, y);
-  nreduct(x->c, y->c);
-  nreduct(y->m, x->m);
-  if (prod(r->c, x->c, y->m) == kNoRoom || prod(r->m, y->c, x->m) == kNoRoom) return undo.refuse(1);
-  r->m->sign = 1;
-  if (is_short_zero(r->c)) set_one_limb(r->m, 1);
+  (void)all_or_nothing(r, x, y, [=] { return quotient(r, x, y); });
   return 1;
 }
 

@@ -137,8 +137,9 @@ bool covers(std::span<const std::uint32_t> primes, int candidate) {
 }
 
 // The search of a long pair. Candidates that divide neither member would change nothing, so the
-// primes that do are found beforehand, many at a time.
-int search(num* larger, num* smaller) {
+// primes that do are found beforehand, many at a time. Its room on the stack is not for the short
+// pairs, which are nearly all.
+[[gnu::noinline]] int search(num* larger, num* smaller) {
   const int bound = search_bound(larger, smaller);
   std::array<std::uint32_t, 2 * kPrimesBelow9997> found;
   const auto prime_bound = static_cast<std::uint32_t>(bound);
