@@ -39,7 +39,7 @@ std::size_t transform_length(Shape s);
 // Coefficients of a product of na by nb limbs.
 std::size_t product_coefficients(std::size_t na, std::size_t nb);
 
-// The shortest transform of at least n coefficients: at most 5/4 of n from 64 on.
+// The shortest transform of at least n coefficients: at most 5/4 of n from 256 on.
 Shape shape_for(std::size_t n);
 
 // One target. `work` and `prepared` are aligned to 64 bytes and hold a number of lengths, that is
