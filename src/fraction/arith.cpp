@@ -1,5 +1,5 @@
-// Sum, product and quotient of fractions, each with its exact and its decimal path. Where a path
-// cuts places it says so, when what was cut was not zero.
+// Sum, product and quotient of fractions, each with its exact and its decimal path. Where a path cuts
+// places it says so, when what was cut was not zero.
 #include "fraction/arith.h"
 
 #include <cstdlib>

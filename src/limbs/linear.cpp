@@ -18,7 +18,7 @@ namespace {
 constexpr std::uint64_t kBase2 = std::uint64_t{kBase} * kBase;
 
 std::uint64_t multiply_high(std::uint64_t a, std::uint64_t b) {
-  return static_cast<std::uint64_t>((Wide{a} * b) >> 64);
+  return static_cast<std::uint64_t>((static_cast<Wide>(a) * b) >> 64);
 }
 
 // A divisor and its reciprocal: roughly(x) is x mod k plus at most one k, for every 64-bit x. With
