@@ -1,6 +1,6 @@
 // Division, greatest common divisor, text, sums and factorials of N-digit numbers beside GMP in one
-// run:
-//   build/release/bench/kernels --benchmark_filter='divide|gcd|text|sum|factorial'
+// run (preset bench):
+//   build/bench/bench/kernels --benchmark_filter='divide|gcd|text|sum|factorial'
 // A result is checked against GMP before its time counts.
 #include <benchmark/benchmark.h>
 #include <gmp.h>
@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "limbs/arith.h"
+#include "limbs/digits.h"
 #include "limbs/divide.h"
 #include "limbs/gcd.h"
+#include "limbs/linear.h"
 #include "limbs/product.h"
-#include "limbs/text.h"
 #include "support.h"
 
 namespace tivelo::limbs {

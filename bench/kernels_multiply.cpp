@@ -1,5 +1,5 @@
-// Products and squares of N-digit numbers, each target beside GMP in one run:
-//   build/release/bench/kernels --benchmark_filter=multiply
+// Products and squares of N-digit numbers, each target beside GMP in one run (preset bench):
+//   build/bench/bench/kernels --benchmark_filter=multiply
 // Every product is checked against GMP before its time counts.
 #include <benchmark/benchmark.h>
 #include <gmp.h>
@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "kernels/target.h"
 #include "limbs/multiply.h"
-#include "limbs/target.h"
 #include "support.h"
 
 namespace tivelo::limbs {
@@ -19,7 +19,7 @@ namespace {
 enum class Operation { kMultiply, kSquare };
 
 void run(benchmark::State& state, const char* name, Operation operation) {
-  force_target(name);
+  kernels::force_target(name);
   const std::size_t n = static_cast<std::size_t>(state.range(0)) / kLimbDigits;
   const std::vector<Limb> a = random_limbs(n, 1);
   const std::vector<Limb> b = operation == Operation::kSquare ? a : random_limbs(n, 2);
@@ -65,7 +65,7 @@ const bool registered = [] {
     benchmark::RegisterBenchmark((prefix + "gmp").c_str(), [what](benchmark::State& state) {
       run_gmp(state, what);
     })->Apply(with_lengths);
-    for (const char* const* target = target_names(); *target != nullptr; ++target) {
+    for (const char* const* target = kernels::target_names(); *target != nullptr; ++target) {
       const char* const chosen = *target;
       benchmark::RegisterBenchmark((prefix + chosen).c_str(), [chosen,
                                                                what](benchmark::State& state) {

@@ -1,7 +1,8 @@
-// Measures where the transform overtakes the columns and prints the table of
-// src/limbs/thresholds.h. For each target and shape both methods run at a row of lengths; the
-// threshold is the length that loses least when it separates them, because the transform gets
-// dearer in steps and the two curves cross more than once.
+// Measures where the transform overtakes the columns and prints the rows of
+// src/kernels/target_thresholds.h (preset bench: build/bench/bench/thresholds). For each target and
+// shape both methods run at a row of lengths; the threshold is the length that loses least when it
+// separates them, because the transform gets dearer in steps and the two curves cross more than
+// once.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -9,9 +10,9 @@
 #include <functional>
 #include <vector>
 
-#include "limbs/target.h"
+#include "kernels/target.h"
 
-namespace tivelo::limbs {
+namespace tivelo::kernels {
 namespace {
 
 double processor_seconds() {
@@ -66,25 +67,25 @@ std::size_t measure(const Target& t, std::size_t ratio, double* work) {
     std::vector<std::uint32_t> a(na, 12345678);
     std::vector<std::uint32_t> b(n, 87654321);
     std::vector<std::uint32_t> r(na + n);
-    const Shape s = shape_for((na + 1) / 2 + (n + 1) / 2 - 1);
+    const Shape s = shape_for(product_coefficients(na, n));
     samples.push_back({n, seconds([&] {
-                         if (ratio == 0) return t.schoolbook_square(r.data(), b.data(), n);
-                         t.schoolbook(r.data(), b.data(), n, a.data(), na);
+                         if (ratio == 0) return t.square_columns(r.data(), b.data(), n);
+                         t.multiply_columns(r.data(), b.data(), n, a.data(), na);
                        }),
                        seconds([&] {
-                         if (ratio == 0) return t.square(r.data(), b.data(), n, s, work);
-                         t.product(r.data(), a.data(), na, b.data(), n, s, work);
+                         if (ratio == 0) return t.square_transform(r.data(), b.data(), n, s, work);
+                         t.multiply_transform(r.data(), a.data(), na, b.data(), n, s, work);
                        })});
   }
   return best_threshold(samples);
 }
 
 }  // namespace
-}  // namespace tivelo::limbs
+}  // namespace tivelo::kernels
 
 int main() {
-  using namespace tivelo::limbs;
-  std::vector<double> memory(4 * length(shape_for(4096)) + 8);
+  using namespace tivelo::kernels;
+  std::vector<double> memory(4 * transform_length(shape_for(4096)) + 8);
   const std::size_t misaligned = reinterpret_cast<std::uintptr_t>(memory.data()) / 8 % 8;
   double* work = memory.data() + (8 - misaligned) % 8;
   for (const char* const* name = target_names(); *name != nullptr; ++name) {

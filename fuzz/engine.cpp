@@ -3,15 +3,15 @@
 #include <cstring>
 
 #include "harness.h"
-#include "limbs/arith.h"
+#include "kernels/target.h"
+#include "limbs/digits.h"
 #include "limbs/divide.h"
 #include "limbs/gcd.h"
+#include "limbs/linear.h"
 #include "limbs/multiply.h"
 #include "limbs/oracle.h"
 #include "limbs/product.h"
 #include "limbs/remainders.h"
-#include "limbs/target.h"
-#include "limbs/text.h"
 
 namespace tivelo::limbs {
 namespace {
@@ -121,8 +121,8 @@ void multiply_all(Bytes& in) {
   const Number& y = same ? a : b;
   const mpz_class product = big(a) * big(y);
   const mpz_class its_square = big(a) * big(a);
-  for (const char* const* name = target_names(); *name != nullptr; ++name) {
-    demand(force_target(*name), "a target by its name");
+  for (const char* const* name = kernels::target_names(); *name != nullptr; ++name) {
+    demand(kernels::force_target(*name), "a target by its name");
     Number r(a.size() + y.size(), 7);
     Lent lent(multiply_workspace(a.size(), y.size()));
     multiply(r, a, y, lent.workspace());
@@ -143,8 +143,8 @@ void divide_all(Bytes& in) {
     mpz_class x = big(q) * big(b) + (shape % 4 == 1 ? mpz_class(big(b) - 1) : mpz_class(0));
     a = run_of(x, a.size());
   }
-  for (const char* const* name = target_names(); *name != nullptr; ++name) {
-    demand(force_target(*name), "a target by its name");
+  for (const char* const* name = kernels::target_names(); *name != nullptr; ++name) {
+    demand(kernels::force_target(*name), "a target by its name");
     Number q(a.size() - b.size() + 1, 7);
     Number r(b.size(), 7);
     Lent lent(divide_workspace(a.size(), b.size()));
@@ -187,7 +187,7 @@ void trees(Bytes& in) {
     for (std::uint32_t& factor : factors) expected *= factor = 1 + in.word() % (kBase - 1);
     Number r(room_for(expected), 7);
     Lent lent(product_workspace(factors.size(), kBase - 1));
-    expect_end(r, product(r, factors, lent.workspace()), expected, "product tree");
+    expect_end(r, product_of_list(r, factors, lent.workspace()), expected, "product tree");
   } else if (choice == 1) {
     const std::uint32_t n = in.word() % kBase;
     const std::uint32_t k = std::min(n, in.byte() * 4);

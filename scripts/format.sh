@@ -5,4 +5,4 @@ cd "$(dirname "$0")/.."
 source scripts/need.sh
 need clang-format
 [ "${1:-}" = --check ] && mode=(--dry-run -Werror) || mode=(-i)
-git ls-files -co --exclude-standard '*.cpp' '*.h' | xargs clang-format "${mode[@]}"
+git ls-files -co --exclude-standard '*.cpp' '*.h' '*.inc' | xargs clang-format "${mode[@]}"

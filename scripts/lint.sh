@@ -9,4 +9,4 @@ cppcheck -q --std=c++20 --language=c++ --enable=warning,performance,portability 
   --suppressions-list=.cppcheck --error-exitcode=1 src
 cmake -B build/lint -DCMAKE_BUILD_TYPE=Debug >/dev/null  # with asserts: they tell it what holds
 [ $# -gt 0 ] || mapfile -t files < <(find src -name '*.cpp')
-printf '%s\n' "${@:-${files[@]}}" | xargs -P 2 -n 4 clang-tidy -quiet -p build/lint
+printf '%s\n' "${@:-${files[@]}}" | xargs -P "$JOBS" -n 4 clang-tidy -quiet -p build/lint

@@ -1,5 +1,10 @@
 # Sourced by the other scripts. "need THING..." makes sure that commands, headers and files are there:
 # where the user is root and has apt-get it installs what is missing, elsewhere it names it.
+# Builds and tests that follow run as many jobs as the machine has processors, unless told otherwise.
+
+JOBS=$(nproc 2>/dev/null || echo 2)
+export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$JOBS}
+export CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL:-$JOBS}
 
 declare -A PACKAGE=([clang++]=clang [gtest/gtest.h]=libgtest-dev [gmp.h]=libgmp-dev
                     [benchmark/benchmark.h]=libbenchmark-dev [/usr/share/i18n/locales]=locales)

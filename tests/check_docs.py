@@ -6,7 +6,7 @@ import re
 import sys
 
 DOCUMENTS = ["*.md", "docs/**/*.md", "tests/**/*.md", "bench/**/*.md", "fuzz/**/*.md"]
-ENDINGS = ("h", "cpp", "py", "sh", "md", "session", "txt", "json")
+ENDINGS = ("h", "cpp", "inc", "py", "sh", "md", "session", "txt", "json")
 PATH = re.compile(r"(?:\./)?[\w.*-]+(?:/[\w.*-]+)*/?")
 
 

@@ -1,18 +1,38 @@
 #!/usr/bin/env python3
 """Keeps the picture of the layers true: fails on an include in src/ that points up or sideways, on
-a circle of includes, and on a throw, a heap call or a print where the house has none."""
+files that need each other, on a header that must not be compiled for one processor only, and on a
+throw, a heap call or a print where the house has none."""
 import graphlib
 import pathlib
 import re
 import sys
 
 # Rooms on one line do not know each other; each knows every line below it.
-LAYERS = [["base"], ["limbs"], ["bigint"], ["fraction"], ["eval", "output", "numtheory"], ["console"]]
+LAYERS = [["base"], ["kernels"], ["limbs"], ["bigint"], ["fraction"],
+          ["eval", "output", "numtheory"], ["console"]]
 RANK = {room: rank for rank, rooms in enumerate(LAYERS) for room in rooms}
+
+# What kernels/ may know beside its own files. These have no functions: an inline function would be
+# compiled for one processor in target_*.cpp, and the linker might take that copy for all.
+KERNELS_MAY_KNOW = {"base/radix.h", "base/wide.h"}
+# What its headers and bodies may take from the system, for the same reason; the intrinsics are
+# always inlined.
+KERNELS_SYSTEM = {"cstddef", "cstdint", "immintrin.h"}
+
+# Units (a header and its source are one) that need each other, and why they may.
+KNOTS = {
+    # Undone next.
+    frozenset({"console/commands", "console/loop", "console/process"}),
+    # The evaluator's recursion: an operand may be a bracket or a function of an expression.
+    frozenset({"eval/calc", "eval/operators", "eval/builtins", "eval/operand", "eval/power",
+               "eval/trigonometry"}),
+}
 
 # Files that may take memory: start-up and the entry of a script lay out all of it.
 MAY_ALLOCATE = {"console/process.cpp", "console/storage.cpp"}
-MAY_PRINT = {"base", "console", "output"}
+# Rooms, and the file that ends the program when its workspace is exceeded: it must not rely on
+# anything above it.
+MAY_PRINT = {"base", "console", "output", "limbs/workspace.cpp"}
 
 # A new with an address takes no memory.
 HEAP = (r"\bnew\b(?!\s*\((?!std::nothrow))|\bmake_(?:unique|shared)\b"
@@ -23,41 +43,84 @@ PRINT = (r"\b(?:v?f?printf|f?puts|f?putc|putchar|fwrite|perror)\s*\(|\bstd::(?:c
 # Includes, comments, strings and characters; digit separators are no quotes.
 NOT_CODE = re.compile(r"#\s*include[^\n]*|//[^\n]*|/\*.*?\*/|" r'"(?:\\.|[^"\\\n])*"'
                       r"|(?<![0-9a-fA-F])'(?:\\.|[^'\\\n])+'", re.S)
+INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)', re.M)
+
+
+def fault_of_include(root, name, other):
+    """What is wrong with a file `name` that includes another of src/, if anything."""
+    room, target = name.split("/")[0], other.split("/")[0]
+    if not (root / other).is_file():
+        return f"no such file under src/: {other}"
+    if room == "kernels" and target != "kernels" and other not in KERNELS_MAY_KNOW:
+        return f"kernels/ must not know {other}"
+    if other.endswith(".inc") and room != "kernels":
+        return f"only kernels/ may include {other}"
+    if target != room and RANK[target] >= RANK[room]:
+        return f"{room}/ must not know {other}"
+    return None
+
+
+def fault_of_system(name, header):
+    """What is wrong with a header of the system that is compiled for one processor only."""
+    bound = name.startswith("kernels/target_") or name in KERNELS_MAY_KNOW or (
+        name.startswith("kernels/") and not name.endswith(".cpp"))
+    return f"not everywhere: <{header}>" if bound and header not in KERNELS_SYSTEM else None
+
+
+def knots(graph):
+    """The groups of units that need each other, in a graph of units and those they include."""
+    reach = {}
+    for unit in graph:
+        seen, left = set(), [unit]
+        while left:
+            for other in graph.get(left.pop(), ()):
+                if other not in seen:
+                    seen.add(other)
+                    left.append(other)
+        reach[unit] = seen
+    return {frozenset(o for o in seen if unit in reach.get(o, ())) for unit, seen in reach.items()
+            if unit in seen}
 
 
 def main():
     root = pathlib.Path("src")
-    faults, graph = [], {}
-    for path in sorted(p for p in root.rglob("*") if p.suffix in {".h", ".cpp"}):
+    faults, files, units = [], {}, {}
+    for path in sorted(p for p in root.rglob("*") if p.suffix in {".h", ".cpp", ".inc"}):
         name = path.relative_to(root).as_posix()
         room = name.split("/")[0]
         text = path.read_text()
         if room not in RANK:
             faults.append(f"{path}: a room that is not in the picture")
             continue
-        for match in re.finditer(r'^\s*#\s*include\s+"([^"]+)"', text, re.M):
-            other = match[1]
-            line = text.count("\n", 0, match.start(1)) + 1
-            graph.setdefault(name, []).append(other)
-            if not (root / other).is_file():
-                faults.append(f"{path}:{line}: no such file under src/: {other}")
-            elif other.split("/")[0] != room and RANK[other.split("/")[0]] >= RANK[room]:
-                faults.append(f"{path}:{line}: {room}/ must not know {other}")
+        for match in INCLUDE.finditer(text):
+            other, system = match.groups()
+            line = text.count("\n", 0, match.start(1) if other else match.start(2)) + 1
+            fault = fault_of_include(root, name, other) if other else fault_of_system(name, system)
+            if fault:
+                faults.append(f"{path}:{line}: {fault}")
+            if other:
+                files.setdefault(name, set()).add(other)
+                unit, target = name.rsplit(".", 1)[0], other.rsplit(".", 1)[0]
+                if unit != target:
+                    units.setdefault(unit, set()).add(target)
         # Blanked, not cut, so that the line numbers stay.
         code = NOT_CODE.sub(lambda m: re.sub(r"[^\n]", " ", m[0]), text)
         rules = {"throw": r"\bthrow\b"}
         if name not in MAY_ALLOCATE:
             rules["heap"] = HEAP
-        if room not in MAY_PRINT:
+        if room not in MAY_PRINT and name not in MAY_PRINT:
             rules["print"] = PRINT
         for rule, pattern in rules.items():
             for match in re.finditer(pattern, code):
                 faults.append(f"{path}:{code.count(chr(10), 0, match.start()) + 1}: {rule}: {match[0]}")
 
     try:
-        graphlib.TopologicalSorter(graph).prepare()
+        graphlib.TopologicalSorter(files).prepare()
     except graphlib.CycleError as circle:
         faults.append("circle: " + " <- ".join(circle.args[1]))
+    for knot in knots(units):
+        if not any(knot <= named for named in KNOTS):
+            faults.append("knot: " + ", ".join(sorted(knot)))
     print("\n".join(faults) or "the picture holds")
     return bool(faults)
 

@@ -44,8 +44,8 @@ inline const char* place_in_hand = nullptr;
 // The column of a place, counted from 1 in the line as typed; 0 where it does not lie in the line.
 int column_of(const char* place);
 
-// Messages are grouped by the line they come from. Begins a group, after telling what the one before
-// left out; within a repeat, where all passes are one group, does nothing.
+// Messages are grouped by the line they come from. Begins a group, after telling what the one
+// before left out; within a repeat, where all passes are one group, does nothing.
 void begin_messages();
 void begin_repeat();
 void end_repeat();

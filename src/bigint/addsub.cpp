@@ -8,7 +8,7 @@
 #include "base/report.h"
 #include "base/status.h"
 #include "bigint/engine.h"
-#include "limbs/arith.h"
+#include "limbs/linear.h"
 
 namespace tivelo {
 

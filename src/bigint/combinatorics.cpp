@@ -8,7 +8,7 @@
 #include "base/report.h"
 #include "bigint/engine.h"
 #include "bigint/muldiv.h"
-#include "limbs/arith.h"
+#include "limbs/linear.h"
 #include "limbs/multiply.h"
 #include "limbs/product.h"
 

@@ -6,8 +6,8 @@
 #include "base/primes.h"
 #include "bigint/engine.h"
 #include "bigint/muldiv.h"
-#include "limbs/arith.h"
 #include "limbs/gcd.h"
+#include "limbs/linear.h"
 #include "limbs/remainders.h"
 
 namespace tivelo {

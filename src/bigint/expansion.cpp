@@ -4,9 +4,9 @@
 #include <algorithm>
 
 #include "bigint/engine.h"
-#include "limbs/arith.h"
+#include "limbs/digits.h"
 #include "limbs/divide.h"
-#include "limbs/text.h"
+#include "limbs/linear.h"
 
 namespace tivelo {
 

@@ -10,8 +10,8 @@
 #include "base/status.h"
 #include "bigint/engine.h"
 #include "bigint/pool.h"
-#include "limbs/arith.h"
 #include "limbs/divide.h"
+#include "limbs/linear.h"
 #include "limbs/multiply.h"
 
 namespace tivelo {

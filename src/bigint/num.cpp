@@ -5,7 +5,7 @@
 
 #include "base/precision.h"
 #include "base/status.h"
-#include "limbs/arith.h"
+#include "limbs/linear.h"
 
 namespace tivelo {
 

@@ -9,7 +9,7 @@
 #include "base/precision.h"
 #include "base/report.h"
 #include "bigint/engine.h"
-#include "limbs/arith.h"
+#include "limbs/linear.h"
 #include "limbs/multiply.h"
 #include "limbs/product.h"
 

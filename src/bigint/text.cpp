@@ -9,7 +9,7 @@
 #include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
-#include "limbs/text.h"
+#include "limbs/digits.h"
 
 namespace tivelo {
 

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cassert>
 
-#include "limbs/arith.h"
+#include "limbs/linear.h"
 #include "limbs/long_division.h"
 #include "limbs/multiply.h"
 #include "limbs/reciprocal.h"

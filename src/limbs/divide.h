@@ -1,4 +1,5 @@
-// Quotient and remainder of two runs of limbs, exact for every operand.
+// Quotient and remainder of two runs of limbs, exact for every operand. The choice of the method by
+// lengths is made here; long_division.h has the shortest, reciprocal.h what the longest rests on.
 #pragma once
 
 #include "base/limb.h"

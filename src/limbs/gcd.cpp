@@ -6,10 +6,10 @@
 #include <numeric>
 #include <utility>
 
-#include "limbs/arith.h"
 #include "limbs/divide.h"
 #include "limbs/half_gcd.h"
 #include "limbs/lehmer.h"
+#include "limbs/linear.h"
 #include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
@@ -28,7 +28,7 @@ std::size_t write_short(Limbs r, std::uint64_t value) {
 }
 
 // x = x mod y.
-void divide_step(Operand& x, const Operand& y, Workspace ws) {
+void divide_once(Resizable& x, const Resizable& y, Workspace ws) {
   const Limbs quotient = ws.take<Limb>(x.size - y.size + 1);
   const Limbs rest = ws.take<Limb>(y.size);
   divide(quotient, rest, x.run(), y.run(), ws);
@@ -45,8 +45,8 @@ std::size_t gcd_workspace(std::size_t n) {
 
 std::size_t gcd(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   const std::size_t room = std::max(a.size(), b.size());
-  Operand x{ws.take<Limb>(room)};
-  Operand y{ws.take<Limb>(room)};
+  Resizable x{ws.take<Limb>(room)};
+  Resizable y{ws.take<Limb>(room)};
   x.set(a);
   y.set(b);
   for (;;) {
@@ -55,7 +55,7 @@ std::size_t gcd(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
     if (x.size >= kHalfGcd && half_gcd(x, y, ws)) continue;
     const LehmerStep step = lehmer_step(x.run(), y.run());
     if (step.trivial()) {
-      divide_step(x, y, ws);
+      divide_once(x, y, ws);
     } else {
       apply(step, x, y);
     }

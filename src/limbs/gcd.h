@@ -1,4 +1,5 @@
-// Greatest common divisor of two runs of limbs.
+// The greatest common divisor of two runs of limbs, whatever their lengths: the choice between half
+// gcds (half_gcd.h), steps of Lehmer's method (lehmer.h) and plain divisions is made here.
 #pragma once
 
 #include "base/limb.h"

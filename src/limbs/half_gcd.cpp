@@ -21,7 +21,7 @@ namespace {
 
 // x' = a x - b y, y' = d y - c x, or both negated if `odd`.
 struct Reduction {
-  Operand a, b, c, d;
+  Resizable a, b, c, d;
   bool odd = false;
 
   void swap_rows() {
@@ -32,15 +32,17 @@ struct Reduction {
 };
 
 struct Numbers {
-  Operand x, y;
+  Resizable x, y;
 };
 
-Operand take(std::size_t room, Workspace& ws) { return {ws.take<Limb>(room), 0}; }
+// Zero, with room for `room` limbs.
+Resizable take_zero(std::size_t room, Workspace& ws) { return {ws.take<Limb>(room), 0}; }
 
 // The identity, with room for entries of `limbs` limbs.
 Reduction take_identity(std::size_t limbs, Workspace& ws) {
-  Reduction m{take(limbs, ws), take(limbs, ws), take(limbs, ws), take(limbs, ws)};
-  for (Operand* one : {&m.a, &m.d}) {
+  Reduction m{take_zero(limbs, ws), take_zero(limbs, ws), take_zero(limbs, ws),
+              take_zero(limbs, ws)};
+  for (Resizable* one : {&m.a, &m.d}) {
     one->room.back() = 1;
     one->size = 1;
   }
@@ -56,7 +58,7 @@ void order(Numbers& v, Reduction& m) {
 }
 
 // r += s x t, with the room to hold it.
-void add_product(Operand& r, ConstLimbs s, ConstLimbs t, Workspace ws) {
+void add_product(Resizable& r, ConstLimbs s, ConstLimbs t, Workspace ws) {
   if (s.empty() || t.empty()) return;
   const Limbs product = ws.take<Limb>(s.size() + t.size());
   multiply(product, s, t, ws);
@@ -69,7 +71,7 @@ void add_product(Operand& r, ConstLimbs s, ConstLimbs t, Workspace ws) {
 }
 
 // r -= s x t, which leaves it positive.
-void subtract_product(Operand& r, ConstLimbs s, ConstLimbs t, Workspace ws) {
+void subtract_product(Resizable& r, ConstLimbs s, ConstLimbs t, Workspace ws) {
   if (s.empty() || t.empty()) return;
   const Limbs product = ws.take<Limb>(s.size() + t.size());
   multiply(product, s, t, ws);
@@ -81,13 +83,13 @@ void subtract_product(Operand& r, ConstLimbs s, ConstLimbs t, Workspace ws) {
 }
 
 // Both columns of m by a step: entries stay below the room they were given.
-void apply(const LehmerStep& step, Reduction& m) {
+void apply_to_reduction(const LehmerStep& step, Reduction& m) {
   const auto magnitude = [](std::int64_t x) { return static_cast<std::uint64_t>(x < 0 ? -x : x); };
   const std::uint64_t a = magnitude(step.a), b = magnitude(step.b), c = magnitude(step.c),
                       d = magnitude(step.d);
   for (auto [top, low] : {std::pair(&m.a, &m.c), std::pair(&m.b, &m.d)}) {
     const std::size_t size = std::min(std::max(top->size, low->size) + 2, top->room.size());
-    for (Operand* x : {top, low}) {
+    for (Resizable* x : {top, low}) {
       std::fill_n(x->room.last(size).begin(), size - x->size, 0);
       x->size = size;
     }
@@ -111,7 +113,7 @@ void apply(const LehmerStep& step, Reduction& m) {
 }
 
 // One whole quotient, unless the rest would be below B^h.
-bool divide_step(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
+bool quotient_step(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
   order(v, m);
   if (v.y.size <= h) return false;
   const Limbs quotient = ws.take<Limb>(v.x.size - v.y.size + 1);
@@ -135,8 +137,8 @@ void reduce_by_steps(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
     const LehmerStep step = lehmer_step(v.x.run(), v.y.run());
     if (!step.trivial()) {
       apply(step, v.x, v.y);
-      apply(step, m);
-    } else if (!divide_step(v, m, h, ws)) {
+      apply_to_reduction(step, m);
+    } else if (!quotient_step(v, m, h, ws)) {
       return;
     }
   }
@@ -144,9 +146,9 @@ void reduce_by_steps(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
 
 // What `part` did to the leading limbs `top` of v, done to all of v; p limbs were left out.
 void extend(Numbers& v, const Numbers& top, const Reduction& part, std::size_t p, Workspace ws) {
-  Operand x = take(v.x.size + 1, ws);
-  Operand y = take(v.x.size + 1, ws);
-  const auto lift = [p](Operand& to, const Operand& from) {
+  Resizable x = take_zero(v.x.size + 1, ws);
+  Resizable y = take_zero(v.x.size + 1, ws);
+  const auto lift = [p](Resizable& to, const Resizable& from) {
     to.size = from.size + p;
     std::copy(from.run().begin(), from.run().end(), to.run().begin());
     std::fill_n(to.room.last(p).begin(), p, 0);
@@ -167,8 +169,8 @@ void extend(Numbers& v, const Numbers& top, const Reduction& part, std::size_t p
 // m = part x m.
 void compose(Reduction& m, const Reduction& part, Workspace ws) {
   for (auto [top, low] : {std::pair(&m.a, &m.c), std::pair(&m.b, &m.d)}) {
-    Operand x = take(top->room.size() + 1, ws);
-    Operand y = take(top->room.size() + 1, ws);
+    Resizable x = take_zero(top->room.size() + 1, ws);
+    Resizable y = take_zero(top->room.size() + 1, ws);
     add_product(x, part.a.run(), top->run(), ws);
     add_product(x, part.b.run(), low->run(), ws);
     add_product(y, part.c.run(), top->run(), ws);
@@ -179,7 +181,7 @@ void compose(Reduction& m, const Reduction& part, Workspace ws) {
   m.odd ^= part.odd;
 }
 
-void reduce(Numbers& v, Reduction& m, std::size_t h, Workspace ws);
+void reduce_to(Numbers& v, Reduction& m, std::size_t h, Workspace ws);
 
 // Reduces by about k limbs with the help of the leading 2 k + 2, which is where the work is done,
 // to numbers of at least B^(n-k-1). False if nothing was done, because y is that short already or
@@ -189,11 +191,11 @@ bool reduce_leading(Numbers& v, Reduction* all, std::size_t k, Workspace ws) {
   if (v.y.size + k <= n) return false;
   const std::size_t length = std::min(n, 2 * k + 2);
   const std::size_t p = n - length;
-  Numbers top{take(length, ws), take(length, ws)};
+  Numbers top{take_zero(length, ws), take_zero(length, ws)};
   top.x.set(v.x.run().first(length));
   top.y.set(v.y.run().first(v.y.size - p));
   Reduction part = take_identity(k + 2, ws);
-  reduce(top, part, length - k, ws);
+  reduce_to(top, part, length - k, ws);
   if (part.b.size == 0) return false;
   std::fill_n(v.y.room.last(n).begin(), n - v.y.size, 0);
   extend(v, top, part, p, ws);
@@ -203,14 +205,14 @@ bool reduce_leading(Numbers& v, Reduction* all, std::size_t k, Workspace ws) {
 
 // Reduces x >= y by k limbs to numbers of at least B^h, h = n - k, the smaller one close to that
 // unless a quotient leaps over it.
-void reduce(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
+void reduce_to(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
   const std::size_t k = v.x.size - h;
   if (k >= kHalfGcdSteps) {
     const std::size_t middle = v.x.size - k / 2;
     reduce_leading(v, &m, k / 2, ws);
     // Two quotients bring x down to where y is.
     order(v, m);
-    for (int i = 0; i < 2 && v.x.size > middle + 1 && divide_step(v, m, h, ws); ++i) {
+    for (int i = 0; i < 2 && v.x.size > middle + 1 && quotient_step(v, m, h, ws); ++i) {
     }
     order(v, m);
     const std::size_t left = v.x.size - h;
@@ -236,7 +238,7 @@ std::size_t half_gcd_workspace(std::size_t n) {
   return size;
 }
 
-bool half_gcd(Operand& x, Operand& y, Workspace ws) {
+bool half_gcd(Resizable& x, Resizable& y, Workspace ws) {
   Numbers v{x, y};
   if (!reduce_leading(v, nullptr, x.size / 4, ws)) return false;
   x = v.x;

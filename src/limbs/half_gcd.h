@@ -1,4 +1,5 @@
-// The half gcd: the first half of Euclid's algorithm on two long numbers, done by multiplications.
+// The half gcd: the first half of Euclid's algorithm on two long numbers, done by multiplications,
+// which is faster than steps once these are long enough for the transform.
 #pragma once
 
 #include "base/limb.h"
@@ -13,6 +14,6 @@ std::size_t half_gcd_workspace(std::size_t n);
 // Replaces x >= y by two shorter numbers with the same gcd, both of about 3/4 of their length if
 // the quotients on the way are short. False, with both unchanged, where y is shorter than that or
 // the first quotient would make it so. y has room for x.size limbs.
-bool half_gcd(Operand& x, Operand& y, Workspace ws);
+bool half_gcd(Resizable& x, Resizable& y, Workspace ws);
 
 }  // namespace tivelo::limbs

@@ -1,3 +1,5 @@
+// Finding a step takes the leading 63 bits of both numbers, which are a little too small; collect()
+// says why the step is right all the same. Applying it is one pass over both numbers.
 #include "limbs/lehmer.h"
 
 #include <bit>
@@ -5,7 +7,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "limbs/wide.h"
+#include "base/wide.h"
 
 namespace tivelo::limbs {
 namespace {
@@ -75,7 +77,7 @@ LehmerStep lehmer_step(ConstLimbs x, ConstLimbs y) {
   return collect(high, low);
 }
 
-void apply(const LehmerStep& step, Operand& x, Operand& y) {
+void apply(const LehmerStep& step, Resizable& x, Resizable& y) {
   std::fill_n(y.room.last(x.size).begin(), x.size - y.size, 0);
   y.size = x.size;
   apply_columns(step, x.run(), y.run());

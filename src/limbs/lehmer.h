@@ -1,17 +1,18 @@
 // One step of Lehmer's method: the quotients of Euclid's algorithm found on the leading 63 bits of
-// two long numbers, collected in a matrix with small entries and applied to both in one pass.
+// two long numbers, collected in a matrix with small entries and applied to both in one pass. And
+// the kind of number that all of gcd works on, which shrinks in the room it was given.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 
 #include "base/limb.h"
-#include "limbs/arith.h"
+#include "limbs/linear.h"
 
 namespace tivelo::limbs {
 
 // A number that changes its length: the last `size` limbs of its room.
-struct Operand {
+struct Resizable {
   Limbs room;
   std::size_t size = 0;
 
@@ -37,6 +38,6 @@ LehmerStep lehmer_step(ConstLimbs x, ConstLimbs y);
 
 // Both numbers replaced by those of a step found for them; x.size >= y.size, room for x.size limbs
 // in y.
-void apply(const LehmerStep& step, Operand& x, Operand& y);
+void apply(const LehmerStep& step, Resizable& x, Resizable& y);
 
 }  // namespace tivelo::limbs

@@ -17,15 +17,19 @@
 #include <bit>
 #include <cassert>
 
-#include "limbs/arith.h"
-#include "limbs/target.h"
+#include "kernels/constants.h"
+#include "kernels/target.h"
+#include "limbs/linear.h"
 
 namespace tivelo::limbs {
+
+using kernels::kRowBlock;
+
 namespace {
 
-// Nearest integer of |x| < 2^51: adding 1.5 x 2^52 leaves no room for a fraction.
+// The integer nearest to |x| < 2^51: the bits of shifted doubles count the units.
 std::int64_t nearest(double x) {
-  constexpr double kShift = 6755399441055744.0;
+  constexpr double kShift = kernels::kRoundingShift;
   return std::bit_cast<std::int64_t>(x + kShift) - std::bit_cast<std::int64_t>(kShift);
 }
 
@@ -37,7 +41,7 @@ void divide_rows(Limbs q, std::uint64_t* u, const Limb* v, std::size_t n) {
   constexpr double kTiny = 1.0 / kBase;
   const double inverse = 1.0 / (v[0] + v[1] * kTiny + v[2] * kTiny * kTiny);
   const auto column = [u](std::size_t i) { return static_cast<std::int64_t>(u[i]); };
-  const auto subtract_row = target().subtract_row;
+  const auto subtract_row = kernels::target().subtract_row;
   std::int64_t first = column(0) * kBase + column(1);
   std::int64_t second = column(2);
   std::int64_t third = column(3);
@@ -62,7 +66,7 @@ void divide_rows(Limbs q, std::uint64_t* u, const Limb* v, std::size_t n) {
 }
 
 // Columns to limbs; returns the carry out, 0 or -1.
-std::int64_t settle(Limbs r, const std::uint64_t* u) {
+std::int64_t settle_columns(Limbs r, const std::uint64_t* u) {
   // Makes every column positive and is a multiple of the base.
   constexpr std::int64_t kLift = 83000000000;
   std::int64_t carry = 0;
@@ -107,7 +111,7 @@ void long_divide(Limbs q, Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   std::copy(b.begin(), b.end(), v.begin() + kRowBlock);
   std::fill(v.begin() + static_cast<std::ptrdiff_t>(kRowBlock + n), v.end(), 0);
   divide_rows(q, u.data(), v.data() + kRowBlock, n);
-  const bool negative = settle(r, u.data() + m) < 0;
+  const bool negative = settle_columns(r, u.data() + m) < 0;
   if (negative) add(r, r, b);
   settle_digits(q, negative);
 }

@@ -7,9 +7,10 @@
 #include <cassert>
 #include <iterator>
 
-#include "limbs/arith.h"
-#include "limbs/target.h"
-#include "limbs/transform_tables.h"
+#include "kernels/target.h"
+#include "kernels/transform_tables.h"
+#include "limbs/linear.h"
+#include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
 namespace {
@@ -37,10 +38,8 @@ constexpr void (*kNarrow[])(Limbs r, ConstLimbs a, ConstLimbs b) = {
     multiply_narrow<1>, multiply_narrow<2>, multiply_narrow<3>, multiply_narrow<4>,
     multiply_narrow<5>, multiply_narrow<6>, multiply_narrow<7>, multiply_narrow<8>};
 
-// Coefficients that a transform must hold for a product of na by nb limbs.
-std::size_t coefficients(std::size_t na, std::size_t nb) { return (na + 1) / 2 + (nb + 1) / 2 - 1; }
-
-constexpr std::size_t kMaxLimbs = std::size_t{2} << kMaxTransform;  // of a transform's product
+constexpr std::size_t kMaxLimbs = std::size_t{2}
+                                  << kernels::kMaxTransform;  // of a transform's product
 static_assert(kMaxLimbs == std::size_t{1} << 25, "operands of up to 268 million digits");
 
 // From this ratio of lengths on the longer operand is cut into slices of at most kSlice times the
@@ -50,21 +49,22 @@ constexpr std::size_t kSlice = 7;
 
 // a in slices, least significant first, each times b added to what is there already.
 void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
-  const Target& t = target();
+  const kernels::Target& t = kernels::target();
   const std::size_t nb = b.size();
   assert(nb < kMaxLimbs);
   const std::size_t most = std::min(kSlice * nb, kMaxLimbs - nb);
   const std::size_t slices = (a.size() + most - 1) / most;
   const std::size_t na = (a.size() + slices - 1) / slices;
-  const Shape s = shape_for(coefficients(na, nb));
-  const std::span<double> prepared = ws.take<double>(3 * length(s));
-  const std::span<double> work = ws.take<double>(3 * length(s));
+  const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(na, nb));
+  const std::size_t length = kernels::transform_length(s);
+  const std::span<double> prepared = ws.take<double>(3 * length);
+  const std::span<double> work = ws.take<double>(3 * length);
   const Limbs part = ws.take<Limb>(na + nb);
   t.prepare(prepared.data(), b.data(), nb, s);
   std::fill_n(r.end() - static_cast<std::ptrdiff_t>(nb), nb, 0);
   for (std::size_t end = a.size(); end > 0;) {
     const std::size_t n = std::min(na, end);
-    t.prepared_product(part.data(), a.data() + end - n, n, prepared.data(), nb, s, work.data());
+    t.multiply_prepared(part.data(), a.data() + end - n, n, prepared.data(), nb, s, work.data());
     // The upper nb limbs of what came before are r[end, end + nb).
     std::copy_n(part.data(), n, r.data() + end - n);
     const Limb carry = add(r.subspan(end, nb), r.subspan(end, nb), part.subspan(n, nb));
@@ -92,29 +92,29 @@ void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   if (a.size() <= kNarrowProduct && b.size() <= std::size(kNarrow))
     return kNarrow[b.size() - 1](r, a, b);
   if (a.data() == b.data() && a.size() == b.size()) return square(r, a, ws);
-  const Target& t = target();
+  const kernels::Target& t = kernels::target();
   const bool even = a.size() < 2 * b.size();
   if (b.size() < (even ? t.thresholds.even : t.thresholds.uneven)) {
-    return t.schoolbook(r.data(), b.data(), b.size(), a.data(), a.size());
+    return t.multiply_columns(r.data(), b.data(), b.size(), a.data(), a.size());
   }
   if (a.size() / b.size() >= kSliceRatio || a.size() + b.size() > kMaxLimbs) {
     return multiply_slices(r, a, b, ws);
   }
-  const Shape s = shape_for(coefficients(a.size(), b.size()));
-  const std::span<double> work = ws.take<double>(4 * length(s));
-  t.product(r.data(), a.data(), a.size(), b.data(), b.size(), s, work.data());
+  const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(a.size(), b.size()));
+  const std::span<double> work = ws.take<double>(4 * kernels::transform_length(s));
+  t.multiply_transform(r.data(), a.data(), a.size(), b.data(), b.size(), s, work.data());
 }
 
 void square(Limbs r, ConstLimbs a, Workspace ws) {
   assert(r.size() == 2 * a.size() && !a.empty());
-  const Target& t = target();
+  const kernels::Target& t = kernels::target();
   if (a.size() < t.thresholds.square) {
-    return t.schoolbook_square(r.data(), a.data(), a.size());
+    return t.square_columns(r.data(), a.data(), a.size());
   }
   if (2 * a.size() > kMaxLimbs) return multiply_slices(r, a, a, ws);
-  const Shape s = shape_for(coefficients(a.size(), a.size()));
-  const std::span<double> work = ws.take<double>(3 * length(s));
-  t.square(r.data(), a.data(), a.size(), s, work.data());
+  const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(a.size(), a.size()));
+  const std::span<double> work = ws.take<double>(3 * kernels::transform_length(s));
+  t.square_transform(r.data(), a.data(), a.size(), s, work.data());
 }
 
 }  // namespace tivelo::limbs

@@ -8,7 +8,7 @@
 #include <bit>
 #include <cassert>
 
-#include "limbs/arith.h"
+#include "limbs/linear.h"
 #include "limbs/multiply.h"
 #include "limbs/thresholds.h"
 
@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t limbs_of_bits(std::size_t bits) { return bits * 78 / 2048 + 1; }
 
 // With one limb to spare: multiply() writes the limbs of both operands.
-std::size_t room(std::size_t count, std::uint32_t largest) {
+std::size_t tree_room(std::size_t count, std::uint32_t largest) {
   return limbs_of_bits(count * static_cast<std::size_t>(std::bit_width(largest))) + 1;
 }
 
@@ -30,8 +30,8 @@ ConstLimbs tree(Limbs r, std::size_t first, std::size_t count, std::uint32_t lar
                 const Factor& factor, Workspace ws) {
   if (count > kProductLeaf) {
     const std::size_t half = count / 2;
-    const Limbs left = ws.take<Limb>(room(half, largest));
-    const Limbs right = ws.take<Limb>(room(count - half, largest));
+    const Limbs left = ws.take<Limb>(tree_room(half, largest));
+    const Limbs right = ws.take<Limb>(tree_room(count - half, largest));
     const ConstLimbs x = tree(left, first, half, largest, factor, ws);
     const ConstLimbs y = tree(right, first + half, count - half, largest, factor, ws);
     const Limbs both = r.last(x.size() + y.size());
@@ -64,9 +64,9 @@ std::size_t copy_to_end(Limbs r, ConstLimbs a) {
 }
 
 template <typename Factor>
-std::size_t product_of(Limbs r, std::size_t count, std::uint32_t largest, const Factor& factor,
-                       Workspace ws) {
-  const Limbs whole = ws.take<Limb>(room(count, largest));
+std::size_t tree_product(Limbs r, std::size_t count, std::uint32_t largest, const Factor& factor,
+                         Workspace ws) {
+  const Limbs whole = ws.take<Limb>(tree_room(count, largest));
   return copy_to_end(r, tree(whole, 0, count, largest, factor, ws));
 }
 
@@ -116,34 +116,34 @@ ConstLimbs swing(Limbs r, std::uint32_t n, std::span<const std::uint64_t> odd, W
     }
   }
   factors[count++] = static_cast<std::uint32_t>(word);
-  return r.last(product(r, factors.first(count), ws));
+  return r.last(product_of_list(r, factors.first(count), ws));
 }
 
 }  // namespace
 
 std::size_t product_workspace(std::size_t count, std::uint32_t largest) {
-  std::size_t size = Workspace::bytes<Limb>(room(count, largest));
+  std::size_t size = Workspace::bytes<Limb>(tree_room(count, largest));
   const std::size_t half = count - count / 2;
-  size += multiply_workspace(room(half, largest), room(half, largest));
+  size += multiply_workspace(tree_room(half, largest), tree_room(half, largest));
   for (std::size_t n = count; n > kProductLeaf;) {
     n -= n / 2;
-    size += 2 * Workspace::bytes<Limb>(room(n, largest));
+    size += 2 * Workspace::bytes<Limb>(tree_room(n, largest));
   }
   return size;
 }
 
-std::size_t product(Limbs r, std::span<const std::uint32_t> factors, Workspace ws) {
+std::size_t product_of_list(Limbs r, std::span<const std::uint32_t> factors, Workspace ws) {
   const std::uint32_t largest =
       factors.empty() ? 1 : *std::max_element(factors.begin(), factors.end());
   assert(largest < kBase);
-  return product_of(
+  return tree_product(
       r, factors.size(), largest, [&](std::size_t i) { return factors[i]; }, ws);
 }
 
 std::size_t falling_product(Limbs r, std::uint32_t n, std::uint32_t k, Workspace ws) {
   assert(k <= n && n < kBase);
   const auto factor = [n](std::size_t i) { return n - static_cast<std::uint32_t>(i); };
-  return product_of(r, k, n, factor, ws);
+  return tree_product(r, k, n, factor, ws);
 }
 
 std::size_t factorial_workspace(std::uint32_t n, std::size_t limbs) {

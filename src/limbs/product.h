@@ -15,7 +15,7 @@ namespace tivelo::limbs {
 std::size_t product_workspace(std::size_t count, std::uint32_t largest);
 
 // r = the product of `factors`, each from 1 to 10^8 - 1; 1 for none.
-std::size_t product(Limbs r, std::span<const std::uint32_t> factors, Workspace ws);
+std::size_t product_of_list(Limbs r, std::span<const std::uint32_t> factors, Workspace ws);
 
 // r = n (n - 1) ... (n - k + 1) for k <= n < 10^8; 1 for k = 0. Takes product_workspace(k, n).
 std::size_t falling_product(Limbs r, std::uint32_t n, std::uint32_t k, Workspace ws);

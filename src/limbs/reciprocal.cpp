@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <cassert>
 
-#include "limbs/arith.h"
+#include "limbs/linear.h"
 #include "limbs/long_division.h"
 #include "limbs/multiply.h"
 #include "limbs/thresholds.h"
@@ -17,7 +17,7 @@
 namespace tivelo::limbs {
 namespace {
 
-constexpr std::size_t half(std::size_t p) { return p / 2 + 2; }
+constexpr std::size_t half_length(std::size_t p) { return p / 2 + 2; }
 
 void divide_power(Limbs r, ConstLimbs v, Workspace ws) {
   const std::size_t p = v.size();
@@ -38,7 +38,7 @@ void divide_power(Limbs r, ConstLimbs v, Workspace ws) {
 
 std::size_t reciprocal_workspace(std::size_t p) {
   const std::size_t direct = std::min(p, kReciprocalDirect);
-  const std::size_t h = half(p);
+  const std::size_t h = half_length(p);
   return Workspace::bytes<Limb>(2 * direct + 1) + Workspace::bytes<Limb>(direct + 2) +
          Workspace::bytes<Limb>(direct) + long_divide_workspace(2 * direct + 1, direct) +
          Workspace::bytes<Limb>(p + h + 1) + Workspace::bytes<Limb>(p + 4) +
@@ -49,7 +49,7 @@ void reciprocal(Limbs r, ConstLimbs v, Workspace ws) {
   const std::size_t p = v.size();
   assert(p >= 2 && v[0] != 0 && r.size() == p + 1);
   if (p <= kReciprocalDirect) return divide_power(r, v, ws);
-  const std::size_t h = half(p);
+  const std::size_t h = half_length(p);
   const Limbs x = r.first(h + 1);
   reciprocal(x, v.first(h), ws);
   const Limbs product = ws.take<Limb>(p + h + 1);

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <cassert>
 
-#include "limbs/arith.h"
 #include "limbs/divide.h"
+#include "limbs/linear.h"
 #include "limbs/product.h"
 #include "limbs/thresholds.h"
 
@@ -33,9 +33,10 @@ void by_words(std::span<std::uint32_t> out, ConstLimbs a, std::span<const std::u
 }
 
 // a mod the product of the moduli at the start of r, or a itself when it is not much longer.
-ConstLimbs reduce(Limbs r, ConstLimbs a, std::span<const std::uint32_t> moduli, Workspace ws) {
+ConstLimbs remainder_by_product(Limbs r, ConstLimbs a, std::span<const std::uint32_t> moduli,
+                                Workspace ws) {
   const Limbs space = ws.take<Limb>(r.size());
-  const ConstLimbs all = space.last(product(space, moduli, ws));
+  const ConstLimbs all = space.last(product_of_list(space, moduli, ws));
   if (a.size() < all.size() + all.size() / 4) return a;
   const Limbs rest = r.first(all.size());
   divide(ws.take<Limb>(a.size() - all.size() + 1), rest, a, all, ws);
@@ -65,7 +66,7 @@ void remainders(std::span<std::uint32_t> out, ConstLimbs a, std::span<const std:
   const std::size_t room = product_room(count);
   if (a.size() > room) {
     const Limbs r = ws.take<Limb>(room);
-    a = reduce(r, a, moduli, ws);
+    a = remainder_by_product(r, a, moduli, ws);
   }
   const std::size_t half = count / 2;
   remainders(out.first(half), a, moduli.first(half), ws);

@@ -1,25 +1,15 @@
-// Where the engine changes its methods: multiplication with one row per target, the rest for all.
-// Measured on an AMD EPYC (Zen 5, 2 cores), g++ 12 -O3, 2026-11-22; measure again with
-//   cmake --preset release -DTIVELO_BENCH=ON && cmake --build --preset release &&
-//   build/release/bench/thresholds
+// Where the engine changes its methods, for all processors; where the transform overtakes the
+// columns is a matter of each (kernels/target_thresholds.h). Measured on an AMD EPYC (Zen 5,
+// 2 cores), g++ 12 -O3, 2026-11-22. There is no program that finds these again: change one, then
+//   cmake --preset bench && cmake --build --preset bench && build/bench/bench/kernels
+// shows what it does to the times.
 #pragma once
 
 #include <cstddef>
 
 namespace tivelo::limbs {
 
-// Limbs of the shorter operand from which the transform is used.
-struct Thresholds {
-  std::size_t even;    // lengths within a factor of 2
-  std::size_t uneven;  // further apart
-  std::size_t square;
-};
-
-inline constexpr Thresholds kAvx512Thresholds = {300, 250, 250};
-inline constexpr Thresholds kAvx2Thresholds = {300, 220, 330};
-inline constexpr Thresholds kPortableThresholds = {580, 360, 880};
-
-// Measured with build/release/bench/kernels, lengths in limbs.
+// Lengths in limbs, but for the last two.
 inline constexpr std::size_t kNarrowProduct = 48;       // longer operand, by up to 8 in scalars
 inline constexpr std::size_t kDivideRecursion = 400;    // quotient and divisor, from rows
 inline constexpr std::size_t kDivideReciprocal = 1000;  // divisor, from recursion to reciprocals

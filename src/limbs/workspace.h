@@ -3,12 +3,16 @@
 // unwind by themselves, and nothing is ever allocated.
 #pragma once
 
-#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
 namespace tivelo {
+
+// Prints that n elements of `element` bytes were asked for where `left` bytes were left, and ends
+// the process with status 4.
+[[noreturn, gnu::cold, gnu::noinline]] void workspace_exceeded(std::size_t n, std::size_t element,
+                                                               std::size_t left);
 
 class Workspace {
  public:
@@ -23,10 +27,14 @@ class Workspace {
   }
 
   // The next n elements of type T (a trivial type), aligned to 64 bytes, with unspecified content.
+  // Asking for more than there is ends the program before anything is written: a function's stated
+  // need was wrong, and what lies beyond belongs to others.
   template <typename T>
   std::span<T> take(std::size_t n) {
     const std::size_t used = bytes<T>(n);
-    assert(used <= size_);
+    // The first comparison keeps an n for which bytes() wraps around from passing the second.
+    if (n > size_ / sizeof(T) || used > size_) [[unlikely]]
+      workspace_exceeded(n, sizeof(T), size_);
     T* first = reinterpret_cast<T*>(data_);
     data_ += used;
     size_ -= used;

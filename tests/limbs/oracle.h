@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "base/limb.h"
-#include "limbs/target.h"
+#include "kernels/target.h"
 #include "limbs/workspace.h"
 
 namespace tivelo {
@@ -79,8 +79,7 @@ class Operands {
   std::mt19937 source_;
 };
 
-// Aligned memory of exactly the size a function states, so that taking more is an assertion or
-// an address error.
+// Aligned memory of exactly the size a function states, so that taking more ends the test program.
 class Lent {
  public:
   explicit Lent(std::size_t size)
@@ -98,12 +97,12 @@ class Lent {
 // Runs `test` once for each set of kernels that this processor has.
 template <typename Test>
 void on_every_target(const Test& test) {
-  for (const char* const* name = limbs::target_names(); *name != nullptr; ++name) {
+  for (const char* const* name = kernels::target_names(); *name != nullptr; ++name) {
     SCOPED_TRACE(*name);
-    ASSERT_TRUE(limbs::force_target(*name));
+    ASSERT_TRUE(kernels::force_target(*name));
     test();
   }
-  limbs::force_target(limbs::target_names()[0]);
+  kernels::force_target(kernels::target_names()[0]);
 }
 
 }  // namespace tivelo

@@ -6,7 +6,7 @@ import re
 import sys
 from fractions import Fraction
 
-LIMBS = pathlib.Path(__file__).resolve().parents[2] / "src" / "limbs"
+KERNELS = pathlib.Path(__file__).resolve().parents[2] / "src" / "kernels"
 BASE = 10**8
 
 
@@ -40,9 +40,9 @@ def check(what, fine):
 
 
 faults = []
-tables = (LIMBS / "transform_tables.h").read_text()
-crt = (LIMBS / "crt_core.h").read_text()
-target = (LIMBS / "target.h").read_text()
+tables = (KERNELS / "transform_tables.h").read_text()
+crt = (KERNELS / "reconstruction.inc").read_text()
+target = (KERNELS / "target.h").read_text()
 
 order = numbers(tables, "kRootOrder")[0]
 longest = numbers(tables, "kMaxTransform")[0]

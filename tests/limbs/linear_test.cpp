@@ -1,4 +1,4 @@
-#include "limbs/arith.h"
+#include "limbs/linear.h"
 
 #include "limbs/oracle.h"
 
@@ -36,7 +36,7 @@ void adds_and_subtracts() {
   }
 }
 
-TEST(Arith, AddsAndSubtracts) { on_every_target(adds_and_subtracts); }
+TEST(Linear, AddsAndSubtracts) { on_every_target(adds_and_subtracts); }
 
 void one_limb() {
   Operands operands(2);
@@ -67,7 +67,7 @@ void one_limb() {
   }
 }
 
-TEST(Arith, MultipliesAndDividesByOneLimb) { on_every_target(one_limb); }
+TEST(Linear, MultipliesAndDividesByOneLimb) { on_every_target(one_limb); }
 
 }  // namespace
 }  // namespace tivelo::limbs

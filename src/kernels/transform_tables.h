@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace tivelo::limbs {
+namespace tivelo::kernels {
 
 inline constexpr int kPrimes = 3;
 
@@ -18,11 +18,11 @@ inline constexpr std::uint64_t kRoot[kPrimes] = {6227336199684, 1844843139904, 7
 
 // The longest transform has 2^kMaxTransform coefficients, so m <= 2^(kMaxTransform - 1) in the
 // shorter operand. A coefficient of the product is below m (10^16)^2, and the reconstruction wants
-// 4 m 10^32 < p1 p2 p3 (see crt_core.h).
+// 4 m 10^32 < p1 p2 p3 (see reconstruction.inc).
 inline constexpr int kMaxTransform = 24;
 
-// Blocks that a leaf of the recursion has at its base, and before its last three-level pass.
-inline constexpr std::size_t kBaseBlocks = 512;
+// Blocks that a leaf of the recursion has at its bottom, and before its last three-level pass.
+inline constexpr std::size_t kBottomBlocks = 512;
 inline constexpr std::size_t kPassBlocks = 64;
 // Entries of a chain of roots, padded for whole vectors at any place in it.
 inline constexpr int kChain = 40;
@@ -37,10 +37,10 @@ struct alignas(64) Chain {
 // z(k)^2 = z(k-1), the twiddle of block b is t(b), the product of z(i+2) over the bits i set in b.
 // So t(2b)^2 = t(b) and t(2b+1) = z(2) t(2b).
 struct alignas(64) PrimeTables {
-  double base[kBaseBlocks];  // t(b), and the same for 2b and the inverses
-  double base_even[kBaseBlocks];
-  double inverse_base[kBaseBlocks];
-  double inverse_base_even[kBaseBlocks];
+  double bottom[kBottomBlocks];  // t(b), and the same for 2b and the inverses
+  double bottom_even[kBottomBlocks];
+  double inverse_bottom[kBottomBlocks];
+  double inverse_bottom_even[kBottomBlocks];
   // What three levels of block b take: t(b), t(2b), t(2b+1), t(4b) to t(4b+3), nothing.
   double pass[kPassBlocks][8];
   double inverse_pass[kPassBlocks][8];
@@ -62,4 +62,4 @@ struct alignas(64) TransformTables {
 // The tables, built at the first call (about 100 KB, well below a millisecond).
 const TransformTables& transform_tables();
 
-}  // namespace tivelo::limbs
+}  // namespace tivelo::kernels

@@ -1,7 +1,7 @@
-// Decimal text of runs of limbs. Four limbs (32 digits) go through the vector registers at once
+// Four limbs (32 digits) go through the vector registers at once
 // where the processor has them; single limbs go through one 64-bit word. Both split a limb by
 // halves: 10^8 = 10^4 x 10^4, 10^4 = 10^2 x 10^2, 10^2 = 10 x 10.
-#include "limbs/text.h"
+#include "limbs/digits.h"
 
 #include <bit>
 #include <cassert>

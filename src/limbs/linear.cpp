@@ -1,34 +1,37 @@
-// The linear kernels. Sums go through the kernels of the processor (target.h). Division by a small
-// number keeps its remainder only roughly reduced, so that one multiply-high, one multiply and one
-// subtraction are all that one block waits for from the block before it.
-#include "limbs/arith.h"
+// Sums and differences are the target's work (kernels/target.h); only the carry that runs on beyond
+// the shorter operand is taken here. Division by a small number keeps its remainder only roughly
+// reduced, so that one multiply-high, one multiply and one subtraction are all that one block waits
+// for from the block before it.
+#include "limbs/linear.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cassert>
 
-#include "limbs/target.h"
-#include "limbs/wide.h"
+#include "base/wide.h"
+#include "kernels/target.h"
 
 namespace tivelo::limbs {
 namespace {
 
-static_assert(kLimbBase == kBase);
-
 constexpr std::uint64_t kBase2 = std::uint64_t{kBase} * kBase;
 
-// Divisor and reciprocal: reduce(x) is x mod k plus at most one k, for every 64-bit x. With
+std::uint64_t multiply_high(std::uint64_t a, std::uint64_t b) {
+  return static_cast<std::uint64_t>((static_cast<Wide>(a) * b) >> 64);
+}
+
+// A divisor and its reciprocal: roughly(x) is x mod k plus at most one k, for every 64-bit x. With
 // inverse >= 2^64 / k - 1 the estimated quotient exceeds x / k - x / 2^64 - 1, so that it is at
 // most one too small.
-struct Reducer {
+struct Divisor {
   std::uint64_t k;
   std::uint64_t inverse;
 
-  explicit Reducer(std::uint32_t divisor) : k(divisor), inverse(~std::uint64_t{0} / divisor) {}
-  std::uint64_t reduce(std::uint64_t x) const { return x - multiply_high(x, inverse) * k; }
+  explicit Divisor(std::uint32_t divisor) : k(divisor), inverse(~std::uint64_t{0} / divisor) {}
+  std::uint64_t roughly(std::uint64_t x) const { return x - multiply_high(x, inverse) * k; }
   std::uint64_t modulo(std::uint64_t x) const {
-    const std::uint64_t rest = reduce(x);
+    const std::uint64_t rest = roughly(x);
     return rest >= k ? rest - k : rest;
   }
 };
@@ -51,7 +54,7 @@ int compare(ConstLimbs a, ConstLimbs b) {
 Limb add(Limbs r, ConstLimbs a, ConstLimbs b) {
   assert(r.size() == a.size() && a.size() >= b.size());
   std::size_t i = a.size() - b.size();
-  Limb carry = target().add(r.data() + i, a.data() + i, b.data(), b.size());
+  Limb carry = kernels::target().add_limbs(r.data() + i, a.data() + i, b.data(), b.size());
   while (carry && i > 0) {
     --i;
     const Limb t = a[i] + 1;
@@ -65,7 +68,7 @@ Limb add(Limbs r, ConstLimbs a, ConstLimbs b) {
 Limb subtract(Limbs r, ConstLimbs a, ConstLimbs b) {
   assert(r.size() == a.size() && a.size() >= b.size());
   std::size_t i = a.size() - b.size();
-  Limb borrow = target().subtract(r.data() + i, a.data() + i, b.data(), b.size());
+  Limb borrow = kernels::target().subtract_limbs(r.data() + i, a.data() + i, b.data(), b.size());
   while (borrow && i > 0) {
     --i;
     borrow = a[i] == 0 ? 1 : 0;
@@ -113,7 +116,7 @@ std::uint32_t divide_limb(Limbs q, ConstLimbs a, std::uint32_t k) {
   const int shift = 55 - static_cast<int>(std::bit_width(k));
   const std::uint64_t scaled = std::uint64_t{k} << shift;
   const std::uint64_t inverse = static_cast<std::uint64_t>((Wide{kBase2} << 64) / scaled);
-  const Reducer by(k);
+  const Divisor by(k);
   rest <<= shift;
   std::uint64_t over = 0;
   for (; i < a.size(); i += 2) {
@@ -136,7 +139,8 @@ std::uint32_t divide_limb(Limbs q, ConstLimbs a, std::uint32_t k) {
 // without a reduction; Horner's rule joins the sums.
 std::uint32_t remainder_limb(ConstLimbs a, std::uint32_t k) {
   assert(k >= 1);
-  const Reducer by(k);
+  using kernels::kDotLimbs;
+  const Divisor by(k);
   const std::uint64_t base = by.modulo(kBase);
   std::uint64_t rest = 0;
   if (a.size() < kDotLimbs / 2) {
@@ -153,7 +157,7 @@ std::uint32_t remainder_limb(ConstLimbs a, std::uint32_t k) {
     power[j] = static_cast<std::uint32_t>(by.modulo(p * power[j + 4]));
   }
   const std::uint64_t step = by.modulo(base * power[0]);
-  const auto dot = target().dot;
+  const auto dot = kernels::target().dot;
   std::array<Limb, kDotLimbs> head{};
   std::size_t i = a.size() % kDotLimbs;
   std::copy_n(a.begin(), i, head.end() - static_cast<std::ptrdiff_t>(i));

@@ -1,10 +1,10 @@
 // Chooses the multiplication kernels once, by what the processor offers.
-#include "limbs/target.h"
+#include "kernels/target.h"
 
 #include <atomic>
 #include <cstring>
 
-namespace tivelo::limbs {
+namespace tivelo::kernels {
 
 #if defined(__x86_64__)
 extern const Target kAvx512Target;
@@ -27,14 +27,14 @@ struct Available {
     __builtin_cpu_init();
     if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
         __builtin_cpu_supports("avx512vl")) {
-      add(kAvx512Target);
+      offer(kAvx512Target);
     }
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) add(kAvx2Target);
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) offer(kAvx2Target);
 #endif
-    add(kPortableTarget);
+    offer(kPortableTarget);
   }
 
-  void add(const Target& t) {
+  void offer(const Target& t) {
     targets[count] = &t;
     names[count++] = t.name;
   }
@@ -49,14 +49,17 @@ std::atomic<const Target*> chosen{nullptr};
 
 }  // namespace
 
-std::size_t length(Shape s) { return static_cast<std::size_t>(s.u) << s.k; }
+std::size_t transform_length(Shape s) { return static_cast<std::size_t>(s.u) << s.k; }
+
+std::size_t product_coefficients(std::size_t na, std::size_t nb) {
+  return (na + 1) / 2 + (nb + 1) / 2 - 1;
+}
 
 Shape shape_for(std::size_t n) {
-  constexpr int kSmallest = 6;  // a block of the widest target
-  for (int k = kSmallest; k <= 8; ++k) {
+  for (int k = kShortestTransform; k <= 8; ++k) {
     if (n <= std::size_t{1} << k) return {1, k};
   }
-  int k = kSmallest;
+  int k = kShortestTransform;
   while (std::size_t{8} << k < n) ++k;
   return {static_cast<int>((n - 1) >> k) + 1, k};
 }
@@ -82,4 +85,4 @@ bool force_target(const char* name) {
   return false;
 }
 
-}  // namespace tivelo::limbs
+}  // namespace tivelo::kernels

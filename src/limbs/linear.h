@@ -1,5 +1,6 @@
-// The linear kernels: one pass over runs of limbs (most significant first). Pure functions, no
-// state. Limbs are below kBase unless a function says otherwise.
+// What takes one pass over runs of limbs (most significant first): sums, differences and order, and
+// products, quotients and remainders by one small number. Pure functions, no state. Limbs are below
+// kBase unless a function says otherwise.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "limbs/text.h"
+#include "limbs/digits.h"
 
 #include <cstring>
 
@@ -8,7 +8,7 @@ namespace tivelo::limbs {
 namespace {
 
 // Every length across two vector steps, with what is left to the single-limb path.
-TEST(Text, WritesAndParsesEveryLength) {
+TEST(Digits, WritesAndParsesEveryLength) {
   Operands operands(3);
   for (std::size_t n = 0; n < 40; ++n) {
     for (int round = 0; round < 20; ++round) {
@@ -28,7 +28,7 @@ TEST(Text, WritesAndParsesEveryLength) {
 }
 
 // Each number below 10^4, in both halves of a limb and in every lane.
-TEST(Text, WritesEveryHalf) {
+TEST(Digits, WritesEveryHalf) {
   for (Limb half = 0; half < 10000; ++half) {
     const Number a(5, half * 10000 + (9999 - half));
     char text[41] = {};

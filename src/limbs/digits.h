@@ -1,4 +1,5 @@
-// Decimal text of runs of limbs, eight digits at a time.
+// The decimal digits of runs of limbs: reading them and writing them, eight characters to a limb.
+// Signs, points and blanks are the business of those above.
 #pragma once
 
 #include <string_view>

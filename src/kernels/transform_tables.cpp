@@ -1,29 +1,30 @@
-// Builds the tables of the transform with plain 128-bit arithmetic: it runs once, so that only
-// the primes and one root each have to be trusted (and those have their checking script).
-#include "limbs/transform_tables.h"
+// Builds the tables of the transform from three primes and one root for each, which a script
+// checks. It runs once, so plain arithmetic in 128 bits will do.
+#include "kernels/transform_tables.h"
 
 #include <bit>
 
-namespace tivelo::limbs {
-namespace {
+#include "base/radix.h"
+#include "base/wide.h"
 
-__extension__ typedef unsigned __int128 Wide;
+namespace tivelo::kernels {
+namespace {
 
 class Field {
  public:
   explicit Field(std::uint64_t p) : p_(p) {}
 
-  std::uint64_t multiply(std::uint64_t a, std::uint64_t b) const {
+  std::uint64_t times(std::uint64_t a, std::uint64_t b) const {
     return static_cast<std::uint64_t>(Wide{a} * b % p_);
   }
-  std::uint64_t power(std::uint64_t a, std::uint64_t e) const {
+  std::uint64_t raised(std::uint64_t a, std::uint64_t e) const {
     std::uint64_t r = 1;
-    for (; e != 0; e >>= 1, a = multiply(a, a)) {
-      if (e & 1) r = multiply(r, a);
+    for (; e != 0; e >>= 1, a = times(a, a)) {
+      if (e & 1) r = times(r, a);
     }
     return r;
   }
-  std::uint64_t invert(std::uint64_t a) const { return power(a % p_, p_ - 2); }
+  std::uint64_t invert(std::uint64_t a) const { return raised(a % p_, p_ - 2); }
 
   // The representative in (-p/2, p/2); p is odd and below 2^53, so both steps are exact.
   double balanced(std::uint64_t a) const {
@@ -39,31 +40,31 @@ std::uint64_t root_product(const Field& f, const std::uint64_t* z, std::size_t b
   std::uint64_t r = 1;
   for (int i = 0; b >> i != 0; ++i) {
     if ((b >> i & 1) == 0) continue;
-    r = first + i <= kRootOrder ? f.multiply(r, z[first + i]) : 0;
+    r = first + i <= kRootOrder ? f.times(r, z[first + i]) : 0;
   }
   return r;
 }
 
 // t(b) for all blocks of a table, each from the one without its lowest bit: with a multiplication
 // each, a first long product does not notice that the tables are built.
-constexpr std::size_t kTwiddles = 2 * kBaseBlocks;
+constexpr std::size_t kTwiddles = 2 * kBottomBlocks;
 static_assert(kTwiddles >= 4 * kPassBlocks);
 
 void find_twiddles(const Field& f, const std::uint64_t* z, std::uint64_t (&t)[kTwiddles]) {
   t[0] = 1;
   for (std::size_t b = 1; b < kTwiddles; ++b)
-    t[b] = f.multiply(t[b & (b - 1)], z[std::countr_zero(b) + 2]);
+    t[b] = f.times(t[b & (b - 1)], z[std::countr_zero(b) + 2]);
 }
 
-void build(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
+void build_one(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
   const Field f(p);
   std::uint64_t z[kRootOrder + 1];
   std::uint64_t inverse_z[kRootOrder + 1];
   z[kRootOrder] = root;
   inverse_z[kRootOrder] = f.invert(root);
   for (int k = kRootOrder; k > 0; --k) {
-    z[k - 1] = f.multiply(z[k], z[k]);
-    inverse_z[k - 1] = f.multiply(inverse_z[k], inverse_z[k]);
+    z[k - 1] = f.times(z[k], z[k]);
+    inverse_z[k - 1] = f.times(inverse_z[k], inverse_z[k]);
   }
   std::uint64_t twiddle[kTwiddles];
   std::uint64_t inverse[kTwiddles];
@@ -72,11 +73,11 @@ void build(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
 
   t.p = static_cast<double>(p);
   t.p_inverse = 1 / t.p;
-  for (std::size_t b = 0; b < kBaseBlocks; ++b) {
-    t.base[b] = f.balanced(twiddle[b]);
-    t.base_even[b] = f.balanced(twiddle[2 * b]);
-    t.inverse_base[b] = f.balanced(inverse[b]);
-    t.inverse_base_even[b] = f.balanced(inverse[2 * b]);
+  for (std::size_t b = 0; b < kBottomBlocks; ++b) {
+    t.bottom[b] = f.balanced(twiddle[b]);
+    t.bottom_even[b] = f.balanced(twiddle[2 * b]);
+    t.inverse_bottom[b] = f.balanced(inverse[b]);
+    t.inverse_bottom_even[b] = f.balanced(inverse[2 * b]);
   }
   for (std::size_t b = 0; b < kPassBlocks; ++b) {
     const std::size_t blocks[8] = {b, 2 * b, 2 * b + 1, 4 * b, 4 * b + 1, 4 * b + 2, 4 * b + 3, 0};
@@ -88,7 +89,7 @@ void build(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
   std::uint64_t half_power = 1;
   for (int j = 0; j < kChain; ++j) {
     t.halves[j] = f.balanced(half_power);
-    half_power = f.multiply(half_power, (p + 1) / 2);
+    half_power = f.times(half_power, (p + 1) / 2);
     for (std::size_t c = 0; c < 8; ++c) {
       // Entries past the order of the given root are never needed; they become 0.
       t.chain[c].root[j] = f.balanced(root_product(f, z, c, 1 + j));
@@ -99,14 +100,14 @@ void build(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
 
 // The digits of v in base 10^8, least significant first.
 void to_digits(double* digits, int count, Wide v) {
-  for (int i = 0; i < count; ++i, v /= 100000000) {
-    digits[i] = static_cast<double>(static_cast<std::uint64_t>(v % 100000000));
+  for (int i = 0; i < count; ++i, v /= kBase) {
+    digits[i] = static_cast<double>(static_cast<std::uint64_t>(v % kBase));
   }
 }
 
 TransformTables build_all() {
   TransformTables t;
-  for (int i = 0; i < kPrimes; ++i) build(t.prime[i], kPrime[i], kRoot[i]);
+  for (int i = 0; i < kPrimes; ++i) build_one(t.prime[i], kPrime[i], kRoot[i]);
   const Field f2(kPrime[1]);
   const Field f3(kPrime[2]);
   t.inverse_p1_mod_p2 = f2.balanced(f2.invert(kPrime[0]));
@@ -124,4 +125,4 @@ const TransformTables& transform_tables() {
   return tables;
 }
 
-}  // namespace tivelo::limbs
+}  // namespace tivelo::kernels

@@ -1,0 +1,8 @@
+// The integer of 128 bits, which the language has no name for.
+#pragma once
+
+namespace tivelo {
+
+__extension__ typedef unsigned __int128 Wide;
+
+}  // namespace tivelo

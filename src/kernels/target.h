@@ -1,0 +1,90 @@
+// What is compiled once for each processor family, as a table of functions, and the choice among
+// the tables. Every target computes the same results; the portable one is built everywhere and the
+// tests hold the others to it.
+//
+// Nothing inline from a shared header may be compiled for a processor that is not everywhere: the
+// linker keeps one copy of an inline function for the whole program, and if that copy came from
+// the AVX-512 file, a processor without it would stop there. So the kernels take bare arrays (most
+// significant limb first) instead of spans, and what a target includes has types, constants and
+// declarations only; the bodies are *.inc files, which each target includes inside its own unnamed
+// namespace. A test keeps the list of headers that a target may include.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "kernels/target_thresholds.h"
+
+namespace tivelo::kernels {
+
+// Limb products are below 10^16 and 1844 x 10^16 < 2^64: the most rows whose columns fit 64 bits.
+inline constexpr std::size_t kMaxColumn = 1844;
+
+// Columns that one step of subtract_row() covers, and limbs that dot() covers: 32 products of a
+// limb and a 32-bit number are below 32 x 10^8 x 2^32 < 2^64.
+inline constexpr std::size_t kRowBlock = 8;
+inline constexpr std::size_t kDotLimbs = 32;
+
+// The shortest transform has 2^6 coefficients: one block of eight by eight on the widest target.
+inline constexpr int kShortestTransform = 6;
+
+// A transform of u 2^k coefficients of two limbs each; u is 1 up to 2^8 and 5 to 8 beyond.
+struct Shape {
+  int u;
+  int k;
+};
+
+std::size_t transform_length(Shape s);
+
+// Coefficients of a product of na by nb limbs.
+std::size_t product_coefficients(std::size_t na, std::size_t nb);
+
+// The shortest transform of at least n coefficients: at most 5/4 of n from 256 on.
+Shape shape_for(std::size_t n);
+
+// One target. `work` and `prepared` are aligned to 64 bytes and hold a number of lengths, that is
+// transform_length(s) doubles each.
+struct Target {
+  const char* name;
+  Thresholds thresholds;
+  // r[0..na+nb) = a x b for na <= nb, na <= kMaxColumn. r overlaps neither.
+  void (*multiply_columns)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
+                           const std::uint32_t* b, std::size_t nb);
+  // r[0..2na) = a x a for na <= kMaxColumn.
+  void (*square_columns)(std::uint32_t* r, const std::uint32_t* a, std::size_t na);
+  // r[0..na+nb) = a x b where the product has at most one length of coefficients. Work: 4 lengths.
+  void (*multiply_transform)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
+                             const std::uint32_t* b, std::size_t nb, Shape s, double* work);
+  // r[0..2na) = a x a. Work: 3 lengths.
+  void (*square_transform)(std::uint32_t* r, const std::uint32_t* a, std::size_t na, Shape s,
+                           double* work);
+  // The transform of b for multiply_prepared(): 3 lengths.
+  void (*prepare)(double* prepared, const std::uint32_t* b, std::size_t nb, Shape s);
+  // As multiply_transform(), with b given by its transform of the same shape. Work: 3 lengths.
+  void (*multiply_prepared)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
+                            const double* prepared, std::size_t nb, Shape s, double* work);
+  // u[i] -= q x v[i] modulo 2^64 for i < kRowBlock x blocks and |q| < 2^31; u is aligned to 64
+  // bytes.
+  void (*subtract_row)(std::uint64_t* u, const std::uint32_t* v, std::size_t blocks,
+                       std::int32_t q);
+  // The sum of a[i] x b[i] for i < kDotLimbs, limbs times 32-bit numbers.
+  std::uint64_t (*dot)(const std::uint32_t* a, const std::uint32_t* b);
+  // r = a + b and r = a - b over n limbs each, returning the carry or borrow out. r may be a or b.
+  std::uint32_t (*add_limbs)(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                             std::size_t n);
+  std::uint32_t (*subtract_limbs)(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
+                                  std::size_t n);
+};
+
+// The target in use: the first of avx512, avx2, portable that this processor can run, unless
+// force_target() has chosen another.
+const Target& target();
+
+// The names of the targets that this processor can run, in order of preference; null-terminated.
+const char* const* target_names();
+
+// Makes `name` the target in use; false (and no change) where this processor cannot run it. For
+// tests and benchmarks, while nothing multiplies.
+bool force_target(const char* name);
+
+}  // namespace tivelo::kernels

@@ -1,0 +1,67 @@
+#include "kernels/target.h"
+
+#include <cstring>
+
+#include "limbs/oracle.h"
+
+namespace tivelo::kernels {
+namespace {
+
+TEST(Target, UnknownNameChangesNothing) {
+  const Target* before = &target();
+  EXPECT_FALSE(force_target("none"));
+  EXPECT_EQ(&target(), before);
+  const char* const* name = target_names();
+  while (name[1] != nullptr) ++name;
+  EXPECT_STREQ(*name, "portable");
+}
+
+TEST(Target, ShapesAreLongEnoughAndHardlyLonger) {
+  for (std::size_t n = 1; n < 20000; ++n) {
+    const Shape s = shape_for(n);
+    ASSERT_TRUE(s.k >= kShortestTransform && (s.u == 1 || (s.u >= 5 && s.u <= 8))) << n;
+    ASSERT_GE(transform_length(s), n);
+    if (n >= 256) {
+      ASSERT_LE(4 * transform_length(s), 5 * n) << n;
+    }
+  }
+}
+
+// Every count of blocks, the largest factors, and columns that wrap around.
+void rows() {
+  Operands operands(41);
+  alignas(64) std::uint64_t u[5 * kRowBlock];
+  for (std::size_t blocks = 0; blocks <= 5; ++blocks) {
+    const Number v = operands.any(blocks * kRowBlock);
+    for (const std::int32_t q : {0, 1, -1, 2147483647, -2147483647}) {
+      std::vector<std::uint64_t> expected;
+      for (std::size_t i = 0; i < v.size(); ++i) {
+        u[i] = i % 2 == 0 ? i : ~std::uint64_t{i};
+        expected.push_back(u[i] - static_cast<std::uint64_t>(std::int64_t{q} * v[i]));
+      }
+      target().subtract_row(u, v.data(), blocks, q);
+      ASSERT_TRUE(std::equal(expected.begin(), expected.end(), u)) << blocks << " " << q;
+    }
+  }
+}
+
+TEST(Target, SubtractsRows) { on_every_target(rows); }
+
+void dots() {
+  Operands operands(42);
+  for (int round = 0; round < 200; ++round) {
+    const Number a = round == 0 ? Number(kDotLimbs, kBase - 1) : operands.any(kDotLimbs);
+    std::uint64_t expected = 0;
+    std::vector<std::uint32_t> b;
+    for (const Limb limb : a) {
+      b.push_back(round < 2 ? ~0u : operands.below(~0u));
+      expected += std::uint64_t{limb} * b.back();
+    }
+    ASSERT_EQ(target().dot(a.data(), b.data()), expected);
+  }
+}
+
+TEST(Target, SumsProducts) { on_every_target(dots); }
+
+}  // namespace
+}  // namespace tivelo::kernels
