@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstring>
 
+#include "base/line_mark.h"
 #include "base/report.h"
 
 namespace tivelo {

@@ -5,11 +5,12 @@
 #include <cstdio>
 #include <cstring>
 #include <functional>
+#include <span>
 
 #include "base/characters.h"
-#include "base/exactness.h"
-#include "base/limb.h"
+#include "base/line_mark.h"
 #include "base/precision.h"
+#include "base/radix.h"
 
 namespace tivelo {
 
@@ -164,10 +165,11 @@ std::uint64_t key_of(Event event, const Detail& detail, int column) {
   const auto mix = [&key](std::string_view bytes) {
     for (const char c : bytes) key = (key ^ static_cast<unsigned char>(c)) * 0x100000001b3;
   };
+  constexpr std::size_t kKeyed = 60;  // characters of the line
   const int numbers[] = {static_cast<int>(event), column};
   mix({reinterpret_cast<const char*>(numbers), sizeof numbers});
   mix(detail.name);
-  if (line.text != nullptr) mix({line.text, strnlen(line.text, Mark::kLine)});
+  if (line.text != nullptr) mix({line.text, strnlen(line.text, kKeyed)});
   return key;
 }
 

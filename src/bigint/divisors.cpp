@@ -29,8 +29,8 @@ int ngcm(num* r, const num* a, const num* b) {
 
 std::size_t prime_divisors(std::span<std::uint32_t> found, const num* a, std::uint32_t bound) {
   const auto all = primes_below_65536();
-  const auto primes = all.first(
-      static_cast<std::size_t>(std::ranges::upper_bound(all, bound) - all.begin()));
+  const auto primes =
+      all.first(static_cast<std::size_t>(std::ranges::upper_bound(all, bound) - all.begin()));
   Workspace ws = engine;
   const auto rest = ws.take<std::uint32_t>(primes.size());
   limbs::remainders(rest, magnitude(a), primes, ws);
@@ -50,10 +50,9 @@ int divide_out(num* a, int p, int most) {
 }
 
 std::size_t divisors_workspace(std::size_t n) {
-  return std::max(
-      Workspace::bytes<Limb>(n) + limbs::gcd_workspace(n),
-      Workspace::bytes<std::uint32_t>(kPrimesBelow65536) +
-          limbs::remainders_workspace(n, kPrimesBelow65536));
+  return std::max(Workspace::bytes<Limb>(n) + limbs::gcd_workspace(n),
+                  Workspace::bytes<std::uint32_t>(kPrimesBelow65536) +
+                      limbs::remainders_workspace(n, kPrimesBelow65536));
 }
 
 }  // namespace tivelo

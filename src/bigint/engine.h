@@ -1,5 +1,5 @@
-// The engine's working memory, and how much of it the operations of this room take. They alone hand
-// limb runs to the engine; the rooms above work on records.
+// The engine's working memory. The operations of this room alone hand limb runs to the engine; the
+// rooms above work on records. Each file of the room states how many bytes its operations take.
 #pragma once
 
 #include "limbs/workspace.h"
@@ -7,9 +7,6 @@
 namespace tivelo {
 
 // Every operation of this room takes from a copy, so that all is free again when it returns.
-extern Workspace engine;
-
-// Bytes of workspace that the longest operation takes on numbers of `limbs` limbs.
-std::size_t engine_bytes(int limbs);
+inline Workspace engine;
 
 }  // namespace tivelo

@@ -17,7 +17,8 @@ char* expand(char* out, num* a, const num* m, std::size_t groups) {
   std::ranges::copy(rest, dividend.begin());
   std::ranges::fill(dividend.last(groups), Limb{0});
   if (const int k = small_magnitude(m, 0); k != 0) {
-    iton(a, static_cast<int>(limbs::divide_limb(dividend, dividend, static_cast<std::uint32_t>(k))));
+    iton(a,
+         static_cast<int>(limbs::divide_limb(dividend, dividend, static_cast<std::uint32_t>(k))));
     return limbs::write(out, dividend.last(groups));
   }
   const ConstLimbs divisor = magnitude(m);

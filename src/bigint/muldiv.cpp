@@ -1,5 +1,5 @@
-// Products and quotients of records. Each operation refuses, takes the easy cases, hands the limbs to
-// the engine and tidies, in this order.
+// Products and quotients of records. Each operation refuses, takes the easy cases, hands the limbs
+// to the engine and tidies, in this order.
 #include "bigint/muldiv.h"
 
 #include <algorithm>
@@ -106,8 +106,7 @@ int prod(num* r, const num* x, const num* y) {
     r->sign = sign;
     return 0;
   }
-  if (shorter->len + longer->len + 1 > r->end)
-    return refuse_product(digits_of(x) + digits_of(y));
+  if (shorter->len + longer->len + 1 > r->end) return refuse_product(digits_of(x) + digits_of(y));
   if (shorter->len == 1) {
     product_by_limb(r, longer, units(shorter));
   } else {

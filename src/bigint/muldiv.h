@@ -40,8 +40,8 @@ void exact_quotient(num* a, const num* divisor);
 int remainder(num* a, int k);
 
 // r = |a b| 10^(8 up) / (c d) without leading zeros, the rest cut, with all of r's fields fresh;
-// c d > 0, up >= 0, and r may be any of them. Returns 0 when it is exact and 1 when a rest was cut, or -6
-// with r unchanged when it needs more than IS limbs, which has been reported.
+// c d > 0, up >= 0, and r may be any of them. Returns 0 when it is exact and 1 when a rest was cut,
+// or -6 with r unchanged when it needs more than IS limbs, which has been reported.
 [[nodiscard]] int quotient_of_products(num* r, const num* a, const num* b, const num* c,
                                        const num* d, int up);
 

@@ -21,12 +21,12 @@ namespace tivelo {
 // longer runs of zero limbs, which typed zeros and shifts leave behind.
 struct num {
   Limb* limbs;
-  std::int32_t end = 1;    // one past the units limb; IS in every attached record
-  std::int32_t dden = 1;   // 10^k for k digits after the point; meaningful right after a parse
+  std::int32_t end = 1;   // one past the units limb; IS in every attached record
+  std::int32_t dden = 1;  // 10^k for k digits after the point; meaningful right after a parse
   // What clearing makes 1 ...
-  std::int32_t sign = 1;   // +1 or -1; a zero may carry either
-  std::int32_t rdiv = 1;   // the divisor of the last division by a machine integer
-  std::int32_t used = 0;   // 1 once the record has been cleared
+  std::int32_t sign = 1;  // +1 or -1; a zero may carry either
+  std::int32_t rdiv = 1;  // the divisor of the last division by a machine integer
+  std::int32_t used = 0;  // 1 once the record has been cleared
   // ... and what it makes 0. Each kind stands together, so that a few stores do it.
   std::int32_t len = 0;    // limbs in use; leading ones may be zero
   std::int32_t ext = 0;    // always 0

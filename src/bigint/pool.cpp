@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cassert>
-#include <cstdio>
-#include <cstdlib>
 
 #include "base/precision.h"
 
@@ -33,11 +31,6 @@ void fill_with_junk(num* a) {
 
 }  // namespace
 
-void end_for_want_of_scratch() {
-  std::fputs("tivelo: internal error: too many scratch records\n", stderr);
-  std::_Exit(4);
-}
-
 #ifndef NDEBUG
 void Lent::check(std::initializer_list<const num*> operands) {
   assert(record_ == scratch + lent - 1);
@@ -45,10 +38,6 @@ void Lent::check(std::initializer_list<const num*> operands) {
   fill_with_junk(record_);
 }
 #endif
-
-std::size_t pool_limbs(int limbs) {
-  return (std::size(state) + std::size(scratch)) * static_cast<std::size_t>(limbs);
-}
 
 void attach_pool(Limb* block) {
   const auto take = [&block](num& record) {

@@ -10,6 +10,7 @@
 
 #include <initializer_list>
 
+#include "base/internal_error.h"
 #include "bigint/num.h"
 
 namespace tivelo {
@@ -29,8 +30,6 @@ inline constexpr int kScratch = 16;
 extern num scratch[kScratch];
 extern int lent;  // how many of them are
 
-[[noreturn]] void end_for_want_of_scratch();
-
 // A scratch record, its content unspecified, until the end of the scope that it is declared in.
 // Scopes end in the opposite order of their beginnings, so the records form a stack. In a debug
 // build a record is full of junk when it is lent and when it is given back, so that nobody can rely
@@ -40,7 +39,8 @@ class Lent {
   // `operands` are what the borrower works on: that none of them has been given back already, and
   // would be lent anew now, is asserted.
   explicit Lent(std::initializer_list<const num*> operands = {}) : record_(scratch + lent) {
-    if (++lent > kScratch) end_for_want_of_scratch();
+    if (++lent > kScratch) [[unlikely]]
+      internal_error("scratch records", 1, 0);
     check(operands);
   }
   ~Lent() {
@@ -63,8 +63,7 @@ class Lent {
   num* record_;
 };
 
-// Limbs that attach_pool() hands out for numbers of `limbs` limbs.
-std::size_t pool_limbs(int limbs);
+inline constexpr std::size_t kRecords = 2 * (kVariables + kLevels) + kScratch;
 
 // Attaches every record to its IS limbs in `block` (pool_limbs(IS) limbs, zeroed): all are zeros.
 void attach_pool(Limb* block);

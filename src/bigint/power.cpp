@@ -1,5 +1,5 @@
-// Powers: by the engine's squaring chain where the power is one integer, by one pass after the other
-// where every product cuts.
+// Powers: by the engine's squaring chain where the power is one integer, by one pass after the
+// other where every product cuts.
 #include "bigint/power.h"
 
 #include <algorithm>

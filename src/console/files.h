@@ -16,7 +16,8 @@ int open_to_write(const char* name);
 void close_descriptor(int& descriptor);
 
 // Reads at most `size` bytes of the file into `data`. Returns how many, or -1 when it cannot be
-// opened or read. *whole is how many bytes the file has, as far as that is known without reading it.
+// opened or read. *whole is how many bytes the file has, as far as that is known without reading
+// it.
 [[nodiscard]] long read_text(const char* name, char* data, std::size_t size, long long* whole);
 
 // Writes `size` bytes as the whole file. False when it cannot be opened or written.

@@ -235,7 +235,8 @@ int eclean(char* line) {
         line[kept] = '\0';
         return kept + 1;
       case Keep::reject:
-        report_character({line + i, std::min<std::size_t>(4, static_cast<std::size_t>(room - i))}, i);
+        report_character({line + i, std::min<std::size_t>(4, static_cast<std::size_t>(room - i))},
+                         i);
         return reject(line, kept + 1);
     }
   }

@@ -38,9 +38,7 @@ struct Start {
   const char* argument = nullptr;  // a precision digit or the name of a script
 };
 
-void tell_ignored(const char* argument) {
-  report(Event::argument_ignored, {.name = argument});
-}
+void tell_ignored(const char* argument) { report(Event::argument_ignored, {.name = argument}); }
 
 // The mode is the form of the command line: none, one argument, a mode digit and an argument, or
 // more. Modes 11 to 19 carry a precision; below 2 no argument is looked at.
@@ -152,8 +150,8 @@ Flow run_lines(Run& run, Nesting& nesting) {
   return flow;
 }
 
-// Runs the script file `name` on the same variables. Flow::next when its script is used up, could not
-// be opened or was refused (each reported), quit when it ended the process.
+// Runs the script file `name` on the same variables. Flow::next when its script is used up, could
+// not be opened or was refused (each reported), quit when it ended the process.
 Flow run_nested(const char* name, Nesting& nesting) {
   if (nesting.depth >= kNestedRuns) {
     report(Event::scripts_too_deep, {.held = kNestedRuns, .name = name});

@@ -24,8 +24,8 @@ struct Run {
   // The line in hand: the line area, or an entry of the block that runs.
   char* line_area = nullptr;  // ISS x 8 bytes
   char* line = nullptr;
-  char* typed_area = nullptr;     // as large, and a zero: the line before it was cleaned
-  const char* typed = nullptr;    // there, while the line is not of a block and messages are read
+  char* typed_area = nullptr;   // as large, and a zero: the line before it was cleaned
+  const char* typed = nullptr;  // there, while the line is not of a block and messages are read
   const char* script_name = nullptr;  // in the line: of the script that it asks for
 
   // The stored block: entries one after another in the block area, each with its zero.

@@ -6,6 +6,7 @@
 
 #include "base/precision.h"
 #include "bigint/engine.h"
+#include "bigint/needs.h"
 #include "bigint/pool.h"
 
 namespace tivelo {

@@ -83,8 +83,7 @@ int csv_load(const char* name) {
     report(Event::table_not_found, {.name = name});
     return 0;
   }
-  if (whole > size)
-    report(Event::table_cut, {.needed = whole, .held = kLoadedBytes, .name = name});
+  if (whole > size) report(Event::table_cut, {.needed = whole, .held = kLoadedBytes, .name = name});
   text[size] = '\0';
   bool stored = true;
   int column = 0;

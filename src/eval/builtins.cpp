@@ -88,8 +88,7 @@ int eval_logarithm(Argument& argument, numf* target, int) {
   if (*argument.rest != '\0') ++argument.rest;
   long double y = 0;
   if (!is_digit(*argument.rest)) report(Event::logarithm_form);
-  for (; is_digit(*argument.rest); ++argument.rest)
-    y = y * 10.0F + (*argument.rest - '0');
+  for (; is_digit(*argument.rest); ++argument.rest) y = y * 10.0F + (*argument.rest - '0');
   // The text of this one keeps its leading 0; that of minus infinity, for y = 0, has no digits.
   char text[64];
   std::snprintf(text, sizeof text, "%.6Lf", std::log(y) / std::log(static_cast<long double>(base)));

@@ -2,7 +2,7 @@
 #include "eval/calc.h"
 
 #include "base/characters.h"
-#include "base/exactness.h"
+#include "base/line_mark.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"

@@ -1,5 +1,6 @@
 // The levels that evaluations work in. One at depth d has three of them: its factor, its term and
-// its auxiliary. How deep expressions may nest follows from the depths below, all of which are here.
+// its auxiliary. How deep expressions may nest follows from the depths below, all of which are
+// here.
 #pragma once
 
 #include "fraction/numf.h"

@@ -1,7 +1,7 @@
 // One operand: sign, then the first kind whose test holds. Which kind it is shows in the character
 // at the position and the one behind it.
 #include "base/characters.h"
-#include "base/exactness.h"
+#include "base/line_mark.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "eval/builtins.h"

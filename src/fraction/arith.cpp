@@ -1,10 +1,9 @@
-// Sum, product and quotient of fractions, each with its exact and its decimal path. Where a path cuts
-// places it says so, when what was cut was not zero.
+// Sum, product and quotient of fractions, each with its exact and its decimal path. Where a path
+// cuts places it says so, when what was cut was not zero.
 #include "fraction/arith.h"
 
 #include <cstdlib>
 
-#include "base/exactness.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "base/status.h"

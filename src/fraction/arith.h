@@ -19,10 +19,10 @@ int nsum(numf* r, numf* x, numf* y);
 // Returns 1, also when the product does not fit, which has been reported, and r is unchanged.
 int nprod(numf* r, numf* x, numf* y);
 
-// r = x / y; r may be x. Returns 1 (also when the quotient does not fit, which has been reported, and
-// r is unchanged), or -7 with r = 0/1 for a zero divisor, which the caller reports. The numerator's
-// sign is the caller's to set. With an operand in decimal mode the quotient is the true one, cut once
-// to 16 places.
+// r = x / y; r may be x. Returns 1 (also when the quotient does not fit, which has been reported,
+// and r is unchanged), or -7 with r = 0/1 for a zero divisor, which the caller reports. The
+// numerator's sign is the caller's to set. With an operand in decimal mode the quotient is the true
+// one, cut once to 16 places.
 [[nodiscard]] int ndiv(numf* r, numf* x, numf* y);
 
 // Reads the number literal at `text` into f, in lowest terms unless f.fl is set; returns the

@@ -16,8 +16,8 @@ struct numf {
   numf(num* numerator, num* denominator) : c(numerator), m(denominator) {}
 };
 
-// The variables A to Z and the current result, over their records in the pool. Wired and set to 0/1,
-// all exact, by wire_variables(), once the pool is attached.
+// The variables A to Z and the current result, over their records in the pool. Wired and set to
+// 0/1, all exact, by wire_variables(), once the pool is attached.
 extern numf M[kVariables];
 extern numf Cn;
 void wire_variables();

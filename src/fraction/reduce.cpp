@@ -148,7 +148,8 @@ bool covers(std::span<const std::uint32_t> primes, int candidate) {
   if (count == 0) return 1;
   Search state(larger, smaller);
   for (int p = 2; p <= bound; p += p == 2 ? 1 : 2)
-    if (is_candidate(p) && covers(std::span(found).first(count), p) && state.try_candidate(p)) break;
+    if (is_candidate(p) && covers(std::span(found).first(count), p) && state.try_candidate(p))
+      break;
   return state.removed();
 }
 

@@ -7,12 +7,9 @@
 #include <cstdint>
 #include <span>
 
-namespace tivelo {
+#include "base/internal_error.h"
 
-// Prints that n elements of `element` bytes were asked for where `left` bytes were left, and ends
-// the process with status 4.
-[[noreturn, gnu::cold, gnu::noinline]] void workspace_exceeded(std::size_t n, std::size_t element,
-                                                               std::size_t left);
+namespace tivelo {
 
 class Workspace {
  public:
@@ -34,7 +31,7 @@ class Workspace {
     const std::size_t used = bytes<T>(n);
     // The first comparison keeps an n for which bytes() wraps around from passing the second.
     if (n > size_ / sizeof(T) || used > size_) [[unlikely]]
-      workspace_exceeded(n, sizeof(T), size_);
+      internal_error("workspace exceeded", n * sizeof(T), size_);
     T* first = reinterpret_cast<T*>(data_);
     data_ += used;
     size_ -= used;

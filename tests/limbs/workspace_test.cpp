@@ -25,7 +25,7 @@ TEST(WorkspaceTest, TakingMoreEndsTheProgram) {
   for (const std::size_t n : {std::size_t{33}, std::size_t{1} << 40, ~std::size_t{0}}) {
     Lent lent(128);
     EXPECT_EXIT(lent.workspace().take<Limb>(n), testing::ExitedWithCode(4),
-                "tivelo: internal error: workspace exceeded")
+                "tivelo: internal error: workspace exceeded: ")
         << n;
   }
 }

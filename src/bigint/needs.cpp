@@ -1,5 +1,5 @@
-// The workspace, and the most that any operation takes of it.
-#include "bigint/engine.h"
+// The maximum of what the files of this room state.
+#include "bigint/needs.h"
 
 #include <algorithm>
 
@@ -7,11 +7,12 @@
 #include "bigint/divisors.h"
 #include "bigint/expansion.h"
 #include "bigint/muldiv.h"
+#include "bigint/pool.h"
 #include "bigint/power.h"
 
 namespace tivelo {
 
-Workspace engine;
+std::size_t pool_limbs(int limbs) { return kRecords * static_cast<std::size_t>(limbs); }
 
 std::size_t engine_bytes(int limbs) {
   const std::size_t n = static_cast<std::size_t>(limbs) + 16;
