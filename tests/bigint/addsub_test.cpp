@@ -1,6 +1,6 @@
 #include "bigint/addsub.h"
 
-#include "limbs/oracle.h"
+#include "support/oracle.h"
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {

@@ -6,7 +6,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include "lines/feed.h"
+#include "support/folder.h"
 #include "support/program.h"
 
 namespace tivelo::tests {

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "lines/feed.h"
+#include "support/folder.h"
 #include "support/program.h"
 
 namespace tivelo::tests {

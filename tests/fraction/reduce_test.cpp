@@ -3,7 +3,7 @@
 #include <climits>
 
 #include "base/precision.h"
-#include "limbs/oracle.h"
+#include "support/oracle.h"
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {

@@ -1,7 +1,5 @@
-#include "limbs/multiply.h"
-
-#include "limbs/oracle.h"
 #include "limbs/target.h"
+#include "support/engine.h"
 
 namespace tivelo::limbs {
 namespace {
@@ -26,11 +24,7 @@ enum class Method { kChosen, kColumns, kTransform, kPrepared };
 Number product_by(Method method, const Number& a, const Number& b) {
   const Target& t = target();
   Number r(a.size() + b.size(), 7);
-  if (method == Method::kChosen) {
-    Lent lent(multiply_workspace(a.size(), b.size()));
-    multiply(r, a, b, lent.workspace());
-    return r;
-  }
+  if (method == Method::kChosen) return product_of(a, b);
   if (method == Method::kColumns) {
     t.schoolbook(r.data(), b.data(), b.size(), a.data(), a.size());
     return r;
@@ -52,10 +46,8 @@ Number product_by(Method method, const Number& a, const Number& b) {
 Number square_by(Method method, const Number& a) {
   const Target& t = target();
   Number r(2 * a.size(), 7);
-  if (method == Method::kChosen) {
-    Lent lent(multiply_workspace(a.size(), a.size()));
-    square(r, a, lent.workspace());
-  } else if (method == Method::kColumns) {
+  if (method == Method::kChosen) return square_of(a);
+  if (method == Method::kColumns) {
     t.schoolbook_square(r.data(), a.data(), a.size());
   } else {
     const Shape s = shape_for((a.size() + 1) / 2 * 2 - 1);

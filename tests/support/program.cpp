@@ -5,8 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <sstream>
+#include "support/folder.h"
 
 namespace tivelo::tests {
 namespace {
@@ -49,16 +48,6 @@ std::string output(const Start& start) {
   EXPECT_EQ(outcome.status, 0) << start.typed.substr(0, 99);
   EXPECT_EQ(outcome.err, "");
   return outcome.out;
-}
-
-std::string content(const std::string& file) {
-  std::ostringstream text;
-  text << std::ifstream(file, std::ios::binary).rdbuf();
-  return text.str();
-}
-
-void write(const std::string& file, const std::string& text) {
-  std::ofstream(file, std::ios::binary) << text;
 }
 
 void redirect(int descriptor, const char* file, int flags) {

@@ -1,5 +1,5 @@
-// What the tests of limbs/ share: edge-leaning random operands, and GMP as the oracle, spoken to
-// in decimal text so that neither side knows the other's representation.
+// GMP as the oracle, spoken to in decimal text so that neither side knows the other's
+// representation; edge-leaning random operands, and memory to lend.
 #pragma once
 
 #include <gmpxx.h>
@@ -31,6 +31,12 @@ inline mpz_class big(std::string digits) {
 
 inline mpz_class big(ConstLimbs a) { return big(text_of(a)); }
 
+inline mpz_class power_of_base(std::size_t limbs) {
+  mpz_class power;
+  mpz_ui_pow_ui(power.get_mpz_t(), kBase, limbs);
+  return power;
+}
+
 // The limbs of a number at least zero.
 inline std::size_t length_of(const mpz_class& x) {
   return x == 0 ? 0 : (x.get_str().size() + 7) / 8;
@@ -42,9 +48,8 @@ inline Number run_of(const mpz_class& value, std::size_t size) {
   if (size == 0) return {};
   text.insert(0, 8 * size - text.size(), '0');
   Number run(size);
-  for (std::size_t i = 0; i < size; ++i) {
+  for (std::size_t i = 0; i < size; ++i)
     run[i] = static_cast<Limb>(std::stoul(text.substr(8 * i, 8)));
-  }
   return run;
 }
 
