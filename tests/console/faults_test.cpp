@@ -41,17 +41,12 @@ TEST_F(Faults, OutputThatCannotBeWritten) {
   };
   const std::function<void()> ways[] = {[] { close(1); },
                                         [] { redirect(1, "/dev/full", O_WRONLY); }, break_pipe};
-  const Start starts[] = {{"A=1\n"},
-                          {"A=1"},
-                          {repeated("9^1000\n", 200000)},
-                          {"{\nA=1\n}\nR999999\n"},
-                          {"#FW:print\nA=2\nW.A\nA\n"},
-                          {"A\n", {"script"}}};
+  const std::string lines[] = {"A=1\n", repeated("9^1000\n", 200000), "{\nA=1\n}\nR999999\n",
+                               "#FW:print\nA=2\nW.A\nA\n", "A\n"};
   for (const auto& way : ways) {
-    for (Start start : starts) {
-      start.spoil = way;
-      const Outcome outcome = run(start);
-      EXPECT_EQ(outcome.status, 1) << start.typed.substr(0, 30);
+    for (const std::string& typed : lines) {
+      const Outcome outcome = run({typed, {typed == "A\n" ? "script" : "0"}, way});
+      EXPECT_EQ(outcome.status, 1) << typed.substr(0, 30);
       EXPECT_EQ(outcome.err, "tivelo: standard output cannot be written\n");
       EXPECT_FALSE(has(content("print"), "TIVELO")) << "the console in a print file";
     }

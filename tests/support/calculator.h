@@ -48,8 +48,6 @@ class Pool {
     console = explanations = nullptr;
     ROF[0] = 0;
   }
-  Pool(const Pool&) = delete;
-  Pool& operator=(const Pool&) = delete;
 
   void use_precision(int digit) {
     release(numbers_);

@@ -24,11 +24,7 @@ inline std::string text_of(ConstLimbs a) {
   return text;
 }
 
-inline mpz_class big(std::string digits) {
-  digits.insert(digits.begin(), '0');
-  return mpz_class(digits, 10);
-}
-
+inline mpz_class big(const std::string& digits) { return mpz_class("0" + digits, 10); }
 inline mpz_class big(ConstLimbs a) { return big(text_of(a)); }
 
 inline mpz_class power_of_base(std::size_t limbs) {

@@ -89,11 +89,6 @@ std::string value(const numf& f) {
   return (f.c->sign < 0 ? "-" : "") + text + (m == 1 ? "" : "/" + m.get_str());
 }
 
-const std::string& Row::operator[](std::size_t i) const {
-  static const std::string none;
-  return i < all.size() ? all[i] : none;
-}
-
 std::vector<Row> table(const std::string& text) {
   std::vector<Row> rows(1);
   std::string field;
@@ -132,10 +127,10 @@ void each_alias(const std::string& x, const std::string& y, const std::function<
 void PoolTest::evaluate(const std::string& rows) {
   for (const Row& row : table(rows)) {
     SCOPED_TRACE(row[0]);
-    const bool other = row[1].starts_with('=');
-    if (other) calc(row[1].c_str() + 1, &Cn, 1);
-    const std::string expected = other ? value(Cn) : row[1];
-    const std::vector<char> text(row[0].c_str(), row[0].c_str() + row[0].size() + 1);
+    std::string expected = row[1];
+    if (expected[0] == '=' && calc(&expected[1], &Cn, 1) > 0) expected = value(Cn);
+    std::vector<char> text(row.all[0].begin(), row.all[0].end());
+    text.push_back('\0');
     grant_steps();
     const int consumed = calc(text.data(), &Cn, 1);
     EXPECT_EQ(value(Cn), expected);

@@ -27,7 +27,7 @@ std::string value(const numf& f);  // without leading zeros, a decimal with 16 p
 // One row of a table: fields between ':', rows between ';' or line ends. A missing field is empty.
 struct Row {
   std::vector<std::string> all = {};
-  const std::string& operator[](std::size_t i) const;
+  std::string operator[](std::size_t i) const { return i < all.size() ? all[i] : ""; }
   int number(std::size_t i) const { return std::atoi((*this)[i].c_str()); }
 };
 std::vector<Row> table(const std::string& text);

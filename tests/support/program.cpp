@@ -10,8 +10,6 @@
 namespace tivelo::tests {
 namespace {
 
-constexpr unsigned kSeconds = 60;  // a run that takes longer hangs
-
 std::vector<char*> pointers(const std::vector<std::string>& texts) {
   std::vector<char*> all;
   for (const std::string& text : texts) all.push_back(const_cast<char*>(text.c_str()));
@@ -30,11 +28,11 @@ Outcome run(const Start& start) {
     redirect(0, "typed", O_RDONLY);
     redirect(1, "out", O_WRONLY | O_CREAT | O_TRUNC);
     redirect(2, "err", O_WRONLY | O_CREAT | O_TRUNC);
-    alarm(kSeconds);
+    alarm(60);  // a run that takes longer hangs
     start.spoil();
     std::vector<char*> own;
-    if (start.environment) own = pointers(*start.environment);
-    execve(TIVELO_PROGRAM, pointers(args).data(), start.environment ? own.data() : environ);
+    if (start.environment) environ = (own = pointers(*start.environment)).data();
+    execv(TIVELO_PROGRAM, pointers(args).data());
     _exit(127);
   }
   int state = 0;

@@ -1,16 +1,36 @@
 #include "fraction/decimal.h"
-
+#include "fraction/numf.h"
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {
+
+TEST(MachineFractions, InLowestTerms) {
+  // a : b : their gcd : a/b in lowest terms
+  for (const Row& row : table(R"(
+      12 : 18 : 6 : 2 : 3;  0 : 7 : 7 : 0 : 1;  7 : 1 : 1 : 7 : 1;  5 : 5 : 5 : 1 : 1
+      100000000 : 99999999 : 1 : 100000000 : 99999999)")) {
+    int a = row.number(0), b = row.number(1);
+    EXPECT_EQ(gcm(a, b), row.number(2));
+    EXPECT_EQ(reduct(&a, &b), a == b ? 1 : row.number(2));
+    EXPECT_EQ(std::pair(a, b), std::pair(row.number(3), row.number(4)));
+  }
+  int n[3], d[3];
+  fplus(&n[0], &d[0], 1, 6, 1, 3);
+  fprod(&n[1], &d[1], 20000, 30001, 30001, 40000);
+  EXPECT_EQ(std::pair(n[0] + n[1], d[0] * d[1]), std::pair(2, 4));
+  for (const int sign : {1, 0, -1}) {
+    EXPECT_EQ(fminus(&n[2], &d[2], 3 + sign, 4, 3, 4), sign);
+    EXPECT_EQ(std::pair(n[2], d[2]), sign == 0 ? std::pair(0, 1) : std::pair(1, 4));
+  }
+}
 
 using DecimalTest = PoolTest;
 
 TEST_F(DecimalTest, Shifts) {
   // number : digits, limbs (down) or decimal : status : result
   for (const Row& row : table(R"(
-      5 : 3 : 1 : 5000;  -5 : 8 : 1 : -5 0;  5 d2 : 16 : 1 : 5 0 0 d2;  5 6 : 0 : 0 : 5 6
-      : 3 : 1;  99999999 : 1 : 1 : 9 99999990;  99999999 1 : 15 : 1 : 9999999 90000000 10000000 0
+      5 : 3 : 1 : 5000;  -5 : 8 : 1 : -5 0;  5 d2 : 16 : 1 : 5 0 0 d2;  5 6 : 0 : 0 : 5 6;  : 3 : 1
+      99999999 : 1 : 1 : 9 99999990;  99999999 1 : 15 : 1 : 9999999 90000000 10000000 0
       99999999*199 : 7 : 1 : 9999999 99999999*198 90000000;  1*199 : 8 : -2;  1*200 : 1 : -2
       1 : 1591 : 1 : 10000000 0*198;  1 : 1592 : -2;  1 : 2147483648 : -2;  1*198 : decimal : -2
       1 0 0 0 : down -2 : -2 : 1 0;  -3 4 5 : down -1 : -1 : -3 4;  7 : down 1 : 1 : 7 0
