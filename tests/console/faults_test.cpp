@@ -57,7 +57,6 @@ TEST_F(Faults, InputThatEnds) {
   const std::string typed = "A=1/3\n{\nB=A,I.C:?\n1\n}\nR2\n2\nI.A:two?\n3\nR.A\n#FR\n\nP.A";
   for (std::size_t n = 0; n <= typed.size(); ++n)
     EXPECT_TRUE(output({typed.substr(0, n)}).ends_with("\n")) << n;
-  write("save.txt", "A=8\n");
   write("script", "#FR\nA=1\n");
   for (const auto& way : {+[] { close(0); }, +[] { redirect(0, "/", O_RDONLY); },
                           +[] { redirect(0, "/dev/null", O_WRONLY); }}) {
