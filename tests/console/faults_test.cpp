@@ -135,6 +135,7 @@ TEST_F(Faults, StorageThatCannotBeHad) {
 TEST_F(Faults, OddStarts) {
   const std::string typed = "1/3+.12345678901*SIN7\nF.360\nLOG2,9\nI.B:\n1.5\nB\n$\n";
   const std::string usual = output({typed, {}});
+  EXPECT_TRUE(has(usual, " (559984 digits,8) \n"));
   std::vector<Start> starts(6, Start{typed, {}});
   starts[0].named = false;
   starts[1].args.assign(10000, "x");
