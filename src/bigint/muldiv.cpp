@@ -89,7 +89,7 @@ int prodc(num* dst, const num* src, int k) {
   }
   if (k == 1) return rncopy(dst, src);
   const Limb factor = static_cast<Limb>(k);
-  if (src->len == IS && product_carries_out(src, factor)) return refuse_product(digits_held() + 1);
+  if (src->len == IS && product_carries_out(src, factor)) return refuse_product(digit_places() + 1);
   product_by_limb(dst, src, factor);
   return 1;
 }

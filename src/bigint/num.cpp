@@ -98,7 +98,8 @@ long long digits_of(const num* a) {
   return static_cast<long long>(digits.size() - 1) * kLimbDigits + top;
 }
 
-long long digits_held() { return static_cast<long long>(IS) * kLimbDigits; }
+long long digits_held() { return static_cast<long long>(IS - 2) * kLimbDigits; }
+long long digit_places() { return static_cast<long long>(IS) * kLimbDigits; }
 
 void trim(num* a, int most) {
   for (; most > 0 && a->len > 0 && a->limbs[a->end - a->len] == 0; --most) --a->len;

@@ -95,9 +95,13 @@ void set_limbs(num* a, ConstLimbs limbs);
 // The magnitude where ntoi() takes it, else `otherwise`.
 int small_magnitude(const num* a, int otherwise);
 
-// Decimal digits of the magnitude, at least 1; and those that a record holds.
+// Decimal digits of the magnitude, at least 1.
 long long digits_of(const num* a);
+
+// The digits of the longest number that every operation takes, as the banner tells them, and those
+// that a record has places for. Products need the difference.
 long long digits_held();
+long long digit_places();
 
 // Lowers len over at most `most` leading zero limbs.
 void trim(num* a, int most);

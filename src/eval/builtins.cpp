@@ -97,12 +97,12 @@ int eval_logarithm(Argument& argument, numf* target, int) {
   return 0;
 }
 
-// The second part of ATAN: its numerator, which is 0 when it is no machine integer. No decimal but
-// zero is one, whatever its limbs would read as without the point.
-long long imaginary_part(const num* a) {
+// The second part of ATAN, read from `text`: its numerator, which is 0 when it is no machine
+// integer. No decimal but zero is one, whatever its limbs would read as without the point.
+long long imaginary_part(const num* a, const char* text) {
   int value = 0;
   const bool decimal = a->dec != 0 && has_value(a);
-  if (decimal || ntoi(a, &value) != 0) report(Event::angle_part_too_large);
+  if (decimal || ntoi(a, &value) != 0) report(Event::angle_part_too_large, {.place = text});
   return value;
 }
 
@@ -130,12 +130,13 @@ int read_vector(Argument& argument, numf* target, int depth, long long* x, long 
     return kTooDeep;
   }
   ++nesting;
-  const int count = nread(argument.rest, target, argument_depth(depth));
+  const char* text = argument.rest;
+  const int count = nread(text, target, argument_depth(depth));
   --nesting;
   if (count < 0) return count;
   argument.rest += count;
   *x = argument.a * argument.sign * small_magnitude(target->m, 1);
-  *y = argument.d * imaginary_part(target->c);
+  *y = argument.d * imaginary_part(target->c, text);
   if (separator == '-') *y = -*y;
   rclear(target->c);
   set_one_limb(target->m, 1);
@@ -242,11 +243,11 @@ int skip_unknown(const char* text) {
 }  // namespace
 
 int func(const char* text, numf* target, int depth) {
-  place_in_hand = text;
   for (const Builtin& builtin : kBuiltins) {
     if (!starts_with(text, builtin.name)) continue;
     Argument argument;
     int status = read_argument(text + std::strlen(builtin.name), target, depth, argument);
+    place_in_hand = text;
     if (status >= 0) status = builtin.evaluate(argument, target, depth);
     if (status < 0) return status;
     if (*argument.rest == '.') {
