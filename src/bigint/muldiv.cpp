@@ -256,6 +256,14 @@ int quotient_of_products(num* r, const num* a, const num* b, const num* c, const
   return limbs::strip(rest).empty() ? 0 : 1;
 }
 
+void raise_limbs(num* a, int k) {
+  if (k == 0) return;
+  const Limbs digits = in_use(a);
+  std::ranges::copy(digits, places(a, a->len + k).begin());
+  a->len += k;
+  std::ranges::fill(places(a, k), Limb{0});
+}
+
 bool drop_limbs(num* a, int k) {
   const int left = a->len - k;
   if (left <= 0) {

@@ -1,3 +1,5 @@
+// What is done to a record as a whole: clearing, copying, giving it limbs, reading it as an
+// integer.
 #include "bigint/num.h"
 
 #include <algorithm>
@@ -88,6 +90,13 @@ void set_limbs(num* a, ConstLimbs limbs) {
   a->len = static_cast<int>(limbs.size());
   std::ranges::copy(limbs, in_use(a).begin());
   if (a->len == 0) units(a) = 0;
+}
+
+void pad(num* a, int n) {
+  while (a->len < n) {
+    ++a->len;
+    in_use(a)[0] = 0;
+  }
 }
 
 long long digits_of(const num* a) {

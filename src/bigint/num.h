@@ -89,6 +89,9 @@ int iton(num* a, int v);
 // Changes limbs and len only. in_use() and magnitude() read them back.
 void set_limbs(num* a, ConstLimbs limbs);
 
+// Puts leading zero limbs before those in use until there are n.
+void pad(num* a, int n);
+
 // Reads a value of at most three limbs that fits 64 bits. Returns 0, or -1 with *out unchanged.
 [[nodiscard]] int ntoll(const num* a, long long* out);
 

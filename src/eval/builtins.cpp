@@ -76,9 +76,8 @@ int eval_root(Argument& argument, numf* target, int) {
 // Seconds since the epoch, as two limbs.
 int eval_time(Argument&, numf* target, int) {
   const lldiv_t parts = std::lldiv(static_cast<long long>(std::time(nullptr)), kBase);
-  target->c->len = 2;
-  target->c->limbs[target->c->end - 2] = static_cast<Limb>(parts.quot);
-  units(target->c) = static_cast<Limb>(parts.rem);
+  const Limb limbs[] = {static_cast<Limb>(parts.quot), static_cast<Limb>(parts.rem)};
+  set_limbs(target->c, limbs);
   return 0;
 }
 
@@ -176,8 +175,9 @@ bool starts_with(const char* text, const char* name) {
 double decimal_magnitude(const num* c) {
   constexpr int kNarrow = FF + 1;
   if (c->len <= kNarrow) {
-    const double integer = c->len == kNarrow ? c->limbs[c->end - kNarrow] : 0;
-    return integer + (c->len >= FF ? c->limbs[c->end - FF] : 0) * 1e-8;
+    const ConstLimbs limbs = in_use(c);
+    const double integer = c->len == kNarrow ? limbs[0] : 0;
+    return integer + (c->len >= FF ? limbs[limbs.size() - FF] : 0) * 1e-8;
   }
   if (magnitude(c).size() > kMostLimbs) return HUGE_VAL;
   char text[(kMostLimbs + 1) * kLimbDigits];

@@ -31,10 +31,7 @@ void print_decimal(const numf& value, char* text, Out& to) {
   rncopy(c, value.c);
   rncopy(m, value.m);
   if (!is_one(m)) nreduct(c, m);
-  while (c->len < FF) {
-    ++c->len;
-    in_use(c)[0] = 0;
-  }
+  pad(c, FF);
   put_number(to, c, text);
 }
 
