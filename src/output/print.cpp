@@ -112,7 +112,8 @@ void print_fraction(const numf& value, char* text, int digits, Out& to) {
 void print_variable(int v, char* text, int digits, Out& to) {
   const numf& value = M[v];
   if (digits == 0) return;
-  print(to, "%c=%s", 'A' + v, value.c->sign == 1 ? " " : "-");
+  const char head[] = {static_cast<char>('A' + v), '=', value.c->sign == 1 ? ' ' : '-'};
+  put(to, {head, sizeof head});
   if (value.c->dec != FF && !is_one(value.m)) return print_fraction(value, text, digits, to);
   if (value.c->dec == FF) {
     print_decimal(value, text, to);
