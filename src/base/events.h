@@ -73,9 +73,13 @@ enum class Event : std::uint8_t {
   repeat_of_expression,
   repeat_numeral,
   argument_ignored,
+  option_unknown,
+  option_without_value,
+  option_precision,
   scripts_too_deep,
   scripts_too_many,
   // Files.
+  lines_not_found,
   script_not_found,
   script_cut,
   table_not_found,

@@ -94,9 +94,25 @@ void expand(Text& text, std::string_view form, const Detail& detail) {
   }
 }
 
-// [ "column N: " ] what [ ". " What to do ]
+struct LineOrigin {
+  const char* name = nullptr;
+  long long number = 0;
+  Origin kind = Origin::none;
+};
+LineOrigin origin;
+
+void add_origin(Text& text) {
+  if (origin.kind == Origin::none) return;
+  text.add_name(origin.name);
+  text.add(origin.kind == Origin::option ? " " : ":");
+  text.add(origin.number);
+  text.add(": ");
+}
+
+// [ origin ] [ "column N: " ] what [ ". " What to do ]
 Text compose(const EventRow& row, const Detail& detail, int column) {
   Text text;
+  add_origin(text);
   if (column > 0) {
     text.add("column ");
     text.add(column);
@@ -123,7 +139,7 @@ void show_place(Out& out, int column) {
   constexpr std::size_t kShort = 12;
   constexpr std::size_t kBefore = 40;
   constexpr std::size_t kShown = 72;
-  if (column == 0) return;
+  if (column == 0 || !messages_on_terminal) return;
   const std::string_view all(line.typed != nullptr ? line.typed : line.text);
   if (all.size() <= kShort) return;
   const std::size_t at = static_cast<std::size_t>(column - 1);
@@ -245,12 +261,15 @@ void report(Event event, const Detail& detail) {
   const EventRow& row = event_row(event);
   if (row.spoils) spoil(event);
   if (row.kind == EventClass::cut) return;
+  if (const int status = exit_status(row.kind); status != 0) {
+    if (refusals.count++ == 0) refusals.first_status = status;
+  }
   if (messages != nullptr && row.text != nullptr) {
     Detail placed = detail;
     if (placed.place == nullptr) placed.place = place_in_hand;
     tell(event, placed);
   }
-  put(*answers, row.answer);
+  if (!refusals.silent) put(*answers, row.answer);
 }
 
 void report_to(Out& out, Event event, const Detail& detail) {
@@ -263,6 +282,8 @@ void set_line_in_hand(const char* text, const char* typed) {
   place_in_hand = nullptr;
   group.end = nullptr;
 }
+
+void set_origin(const char* name, long long number, Origin kind) { origin = {name, number, kind}; }
 
 const char* line_in_hand() { return line.text; }
 
@@ -297,6 +318,7 @@ void end_repeat() {
 void end_messages() {
   close_group();
   group.repeats = 0;
+  origin = {};
   set_line_in_hand(nullptr, nullptr);
 }
 

@@ -11,9 +11,11 @@
 namespace tivelo {
 
 // Standard output and, null unless somebody reads them, the channel for messages. Set by whoever
-// runs the calculator (the program or a test); everything prints through these.
+// runs the calculator (the program or a test); everything prints through these. On a terminal the
+// place of a message is shown, too.
 extern Out* answers;
 extern Out* messages;
+inline bool messages_on_terminal = false;
 
 // What is known of an event where it is decided. Sizes are in digits.
 struct Detail {
@@ -43,6 +45,20 @@ inline const char* place_in_hand = nullptr;
 
 // The column of a place, counted from 1 in the line as typed; 0 where it does not lie in the line.
 int column_of(const char* place);
+
+// Where the lines come from, when that is no console: "-e 2: " or "sums.txt:14: " then stands
+// before a message. `name` stays the caller's.
+enum class Origin { none, option, file };
+void set_origin(const char* name, long long number, Origin kind);
+
+// What batch use asks of a line: nothing is printed for a refusal, only told; how many events were
+// refusals, and the exit status that the first of them leads to (0 without one).
+struct Refusals {
+  bool silent = false;  // refusals print nothing
+  long long count = 0;
+  int first_status = 0;
+};
+inline Refusals refusals;
 
 // Messages are grouped by the line they come from. Begins a group, after telling what the one
 // before left out; within a repeat, where all passes are one group, does nothing.

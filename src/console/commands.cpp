@@ -98,9 +98,11 @@ Flow input(Run& run, const char** at) {
   }
   const int v = form[0] - 'A';
   const int k = to_cell ? form[1] - '0' : -1;
-  put(*answers, colon + 1);
-  if (getsn(run.line_area, ISS * kLimbDigits) == nullptr) {
-    put(*answers, "\n");
+  Out& prompt = outside.batch ? *messages : *answers;
+  put(prompt, colon + 1);
+  if (outside.batch) flush(prompt);
+  if (getsn(run.line_area, ISS * kLimbDigits, *outside.asked) == nullptr) {
+    if (!outside.batch) put(*answers, "\n");
     return Flow::quit;
   }
   store_input(run.line_area, v, k);
@@ -110,15 +112,18 @@ Flow input(Run& run, const char** at) {
 // "P." X [ d ]; without a variable the line goes on behind the letters.
 Flow print_on_console(Run& run, const char** at) {
   if (!is_capital(**at)) return Flow::fall_on;
-  nprint(*at, run.text, run.display_digits, nullptr);
+  show(run, *at);
   return Flow::next;
 }
 
 // "W." X [ d ], likewise.
 Flow print_to_file(Run& run, const char** at) {
   if (!is_capital(**at)) return Flow::fall_on;
-  const bool open = run.write_file.descriptor >= 0;
-  nprint(*at, run.text, run.display_digits, open ? &run.write_file.out : nullptr);
+  if (run.write_file.descriptor < 0) {
+    show(run, *at);
+  } else {
+    nprint(*at, run.text, run.display_digits, &run.write_file.out);
+  }
   return Flow::next;
 }
 
@@ -127,9 +132,11 @@ Flow factorise(Run& run, const char** at) {
   const Lent c, m;
   numf operand(c, m);
   mclear(&operand);
+  const long long before = refusals.count;
   const int count = evaluate_operand(*at, &operand);
   if (count >= 0 && (*at)[count] != '\0') report(Event::rest_not_read, {.place = *at + count});
   fprime(operand.c, run.text);
+  if (outside.batch && refusals.count != before) return Flow::next;
   put(*answers, run.text);
   put(*answers, "\n");
   return Flow::next;
@@ -150,7 +157,7 @@ void report_places(long long asked, long long shown, const char* place) {
   if (asked != shown || asked >= static_cast<long long>(IS) * 4) {
     const bool any = shown < static_cast<long long>(IS) * 4;
     report(Event::places_limited, {.place = place, .needed = any ? shown : 0});
-  } else if (shown % kLimbDigits != 0) {
+  } else if (shown % kLimbDigits != 0 && !outside.batch) {
     report(Event::places_grouped, {.place = place});
   }
 }
@@ -278,6 +285,14 @@ Flow run_command(Run& run, const char** at) {
     if (flow != Flow::fall_on) return flow;
   }
   return Flow::fall_on;
+}
+
+void show(const Run& run, const char* name) {
+  if (outside.batch && !is_digit(name[1])) {
+    print_bare(M[name[0] - 'A'], run.text, run.display_digits, *answers);
+  } else {
+    nprint(name, run.text, run.display_digits, nullptr);
+  }
 }
 
 }  // namespace tivelo

@@ -10,4 +10,7 @@ namespace tivelo {
 // answer, that a command has taken the rest of the line.
 Flow run_command(Run& run, const char** at);
 
+// Shows the variable, or the cell of it, that is named at the start of `name`.
+void show(const Run& run, const char* name);
+
 }  // namespace tivelo

@@ -13,8 +13,6 @@
 
 namespace tivelo {
 
-In* typed_input = nullptr;
-
 namespace {
 
 int line_room() { return ISS * kLimbDigits; }
@@ -61,7 +59,7 @@ Flow fetch_line(Run& run) {
   begin_messages();
   const int taken = cgets(run.line_area, run.script_position);
   if (taken < 0) {
-    put(*answers, "\n");
+    if (!outside.batch) put(*answers, "\n");
     return Flow::quit;
   }
   if (run.script_position != nullptr) run.script_position += taken;
@@ -93,7 +91,7 @@ Flow next_entry(Run& run) {
   }
   run.line = run.block[run.block_index++];
   set_line_in_hand(run.line, nullptr);
-  if (run.script_position == nullptr) {
+  if (run.script_position == nullptr && !outside.batch) {
     put(*answers, "? ");
     put(*answers, run.line);
     put(*answers, "\n");
@@ -180,19 +178,19 @@ int read_repeat_count(const char* text) {
 
 }  // namespace
 
-char* getsn(char* buf, int n) {
+char* getsn(char* buf, int n, In& in) {
   // What the line discipline of a terminal passes of one line at most.
   constexpr std::size_t kTerminalLine = 4095;
-  if (!read_line(*typed_input, *answers, buf, static_cast<std::size_t>(n))) return nullptr;
-  if (typed_input->terminal && std::strlen(buf) == kTerminalLine)
+  if (!read_line(in, *answers, buf, static_cast<std::size_t>(n))) return nullptr;
+  if (in.terminal && std::strlen(buf) == kTerminalLine)
     report(Event::terminal_line_full, {.needed = kTerminalLine});
   return buf;
 }
 
 int cgets(char* dst, const char* src) {
   if (src == nullptr) {
-    put(*answers, "? ");
-    return getsn(dst, line_room()) != nullptr ? 0 : -1;
+    if (!outside.batch) put(*answers, "? ");
+    return getsn(dst, line_room(), *outside.lines) != nullptr ? 0 : -1;
   }
   int n = 0;
   while (!is_control(src[n])) ++n;

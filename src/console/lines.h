@@ -6,9 +6,9 @@
 
 namespace tivelo {
 
-// Reads one typed line into buf, with room for n bytes; what does not fit is dropped. Returns buf,
-// or null at the end of the input with buf unchanged.
-char* getsn(char* buf, int n);
+// Reads one line of `in` into buf, with room for n bytes; what does not fit is dropped. Returns
+// buf, or null at the end of the input with buf unchanged.
+char* getsn(char* buf, int n, In& in);
 
 // Takes one line into dst, which has room for ISS x 8 bytes. With src: copies up to the first
 // control character and returns the characters to advance src by; a line that does not fit fills

@@ -28,6 +28,7 @@ constexpr int kDefaultTarget = 'T' - 'A';
 
 // Where a result goes: a variable, or one of its cells (possibly one that does not exist).
 struct Target {
+  bool named = false;
   int variable = kDefaultTarget;
   bool whole = true;
   int cell = kNoCell;
@@ -37,15 +38,15 @@ struct Target {
 // position behind them.
 const char* parse_target(const char* at, Target& target) {
   if (is_capital(at[0]) && at[1] == '=') {
-    target = {at[0] - 'A', true, kNoCell};
+    target = {true, at[0] - 'A', true, kNoCell};
     at += 2;
   }
   if (is_capital(at[0]) && is_digit(at[1]) && at[2] == '=') {
-    target = {at[0] - 'A', false, at[1] - '0'};
+    target = {true, at[0] - 'A', false, at[1] - '0'};
     at += 3;
   }
   if (is_capital(at[0]) && at[1] == '#' && at[2] != '\0' && at[3] != '\0' && at[4] == '=') {
-    target = {at[0] - 'A', false, named_cell(at[2], at[3])};
+    target = {true, at[0] - 'A', false, named_cell(at[2], at[3])};
     at += 5;
   }
   return at;
@@ -63,20 +64,25 @@ void store_cell(const Target& target) {
   }
 }
 
-void store_variable(const Run& run, int variable) {
+void store_variable(int variable) {
   num* c = M[variable].c;
   copy(M[variable], Cn);
   if (c->len == 0 && (c->ext > 0 || c->rem == 0)) c->len = 1;
   mark_variable(variable);
+}
+
+void show_result(const Run& run, const Target& target, bool refused) {
   if (run.script_position != nullptr) return;
-  const char name[] = {static_cast<char>('A' + variable), '\0'};
-  nprint(name, run.text, run.display_digits, nullptr);
-  put(*answers, "\n");
+  if (outside.batch && (target.named || refused)) return;
+  const char name[] = {static_cast<char>('A' + target.variable), '\0'};
+  show(run, name);
+  if (!outside.batch) put(*answers, "\n");
 }
 
 // The rest of the line is an expression: evaluates it into Cn and stores that. The mark of a
 // rejected line stores the previous result again.
 void assign(const Run& run, const char* at, const Target& target) {
+  const long long before = refusals.count;
   if (at[0] != '\0' && at[1] == '=') at += 2;
   if (*at == ';') {
     report(Event::line_rejected);
@@ -86,7 +92,8 @@ void assign(const Run& run, const char* at, const Target& target) {
   }
   place_in_hand = nullptr;
   if (target.whole) {
-    store_variable(run, target.variable);
+    store_variable(target.variable);
+    show_result(run, target, refusals.count != before);
   } else {
     store_cell(target);
   }
@@ -101,7 +108,7 @@ Flow run_pass(Run& run) {
   if (source != Flow::next) return source;
   const char* at = run.line;
   if (*at == '\0' && !run.script_opened) {
-    put(*answers, kHelp);
+    if (!outside.batch) put(*answers, kHelp);
     return Flow::next;
   }
   if (*at == '{' && run.block_index == -1) return capture_block(run);

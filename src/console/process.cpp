@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -10,7 +11,9 @@
 #include "base/characters.h"
 #include "base/precision.h"
 #include "base/report.h"
+#include "console/batch.h"
 #include "console/loop.h"
+#include "console/options.h"
 #include "console/run.h"
 #include "console/storage.h"
 #include "fraction/numf.h"
@@ -179,10 +182,13 @@ Flow run_nested(const char* name, Nesting& nesting) {
   return flow == Flow::used_up ? Flow::next : flow;
 }
 
+// The status of a run that the system ends.
+int failed() { return outside.batch ? exit_status(EventClass::storage) : 1; }
+
 int fail_without_storage(Out& errors, const Region& region) {
   flush(*answers);
   report_to(errors, Event::no_storage, {.needed = static_cast<long long>(region.size)});
-  return 1;
+  return failed();
 }
 
 int run_session(Out& errors) {
@@ -194,8 +200,12 @@ int run_session(Out& errors) {
     release(numbers);
     return status;
   }
-  print(*answers, "TIVELO Algebra 2022.10.29 (%d digits,%d) \n", (ISS - 2) * kLimbDigits,
-        kLimbDigits);
+  if (outside.batch) {
+    storage.run->display_digits = -1;
+  } else {
+    print(*answers, "TIVELO Algebra 2022.10.29 (%d digits,%d) \n", (ISS - 2) * kLimbDigits,
+          kLimbDigits);
+  }
   wire_variables();
   start_script(*storage.run);
   Nesting nesting;
@@ -203,7 +213,37 @@ int run_session(Out& errors) {
   end_messages();
   release(storage.region);
   release(numbers);
-  return 0;
+  return outside.batch ? refusals.first_status : 0;
+}
+
+// Reads the script or the precision that the arguments name.
+void look_at_arguments(const Options& options) {
+  const Start start = understand(options.count, options.arguments);
+  choose_precision(start.precision);
+  incoming.opened = false;
+  // An argument of one character is a precision digit or nothing, an empty one is nothing.
+  if (start.argument == nullptr || start.argument[0] == '\0') return;
+  if (start.argument[1] != '\0') {
+    load_script(incoming, start.argument, options.precision < 0);
+  } else if (is_digit(start.argument[0])) {
+    choose_precision(start.argument[0] - '0');
+  } else {
+    tell_ignored(start.argument);
+  }
+}
+
+int run(const Options& options, Batch* batch, Out& errors) {
+  refusals = {.silent = outside.batch};
+  look_at_arguments(options);
+  const int header = batch != nullptr ? batch->header() : -1;
+  if (header >= 0) choose_precision(header);
+  if (options.precision >= 0) choose_precision(options.precision);
+  int status = run_session(errors);
+  if (!flush(*answers)) {
+    report_to(errors, Event::output_not_written);
+    status = failed();
+  }
+  return status;
 }
 
 }  // namespace
@@ -211,26 +251,24 @@ int run_session(Out& errors) {
 int run_calculator(int count, const char* const* arguments, const Streams& streams) {
   answers = streams.answers;
   messages = streams.messages;
-  typed_input = streams.in;
+  messages_on_terminal = streams.messages != nullptr;
+  outside = {.lines = streams.in, .asked = streams.in};
   ROF[0] = 0;
-  const Start start = understand(count, arguments);
-  choose_precision(start.precision);
-  incoming.opened = false;
-  // An argument of one character is a precision digit or nothing, an empty one is nothing.
-  if (const char* argument = start.argument; argument != nullptr && argument[0] != '\0') {
-    if (argument[1] != '\0') {
-      load_script(incoming, argument, true);
-    } else if (is_digit(argument[0])) {
-      choose_precision(argument[0] - '0');
-    } else {
-      tell_ignored(argument);
-    }
-  }
-  int status = run_session(*streams.errors);
-  if (!flush(*answers)) {
-    report_to(*streams.errors, Event::output_not_written);
-    status = 1;
-  }
+  Options options;
+  const Words words(count, arguments);
+  if (const int status = read_options(words, &options, *answers, *streams.errors); status >= 0)
+    return status;
+  if (messages == nullptr && (options.explain || options.batch)) messages = streams.errors;
+  if (!options.batch) return run(options, nullptr, *streams.errors);
+  // As any program that others read from, a batch run ends when they no longer do.
+  std::signal(SIGPIPE, SIG_DFL);
+  Region region = reserve(sizeof(Batch));
+  if (region.data == nullptr) return fail_without_storage(*streams.errors, region);
+  Batch* batch = ::new (region.data) Batch(words, streams.in);
+  outside.lines = batch->lines();
+  outside.batch = true;
+  const int status = run(options, batch, *streams.errors);
+  release(region);
   return status;
 }
 

@@ -10,12 +10,12 @@ namespace tivelo {
 struct Streams {
   In* in;
   Out* answers;
-  Out* messages;  // null: nobody reads messages
-  Out* errors;    // for what ends the process: storage, an output that cannot be written
+  Out* messages;  // a terminal at which somebody reads messages, or null
+  Out* errors;    // for what is told in any case: all messages of batch use, what ends the process
 };
 
 // The program: takes the command line (without the program's name) and runs until "Q.", "Q:" or the
-// end of the input. Returns the exit status.
+// end of the lines. Returns the exit status: in batch use what the first refusal leads to.
 int run_calculator(int count, const char* const* arguments, const Streams& streams);
 
 }  // namespace tivelo

@@ -9,8 +9,14 @@ namespace tivelo {
 inline constexpr int kBlockEntries = 700;
 inline constexpr int kScriptBytes = 11216;
 
-// Where the lines that are typed come from. Set by whoever runs the calculator.
-extern In* typed_input;
+// Where lines come from, apart from scripts and blocks, and how they are answered. Set once, by
+// whoever runs the calculator.
+struct Outside {
+  In* lines = nullptr;  // those that are typed, or of the command line and its files
+  In* asked = nullptr;  // answers to "I."
+  bool batch = false;   // no prompt, echo or help; a line without a target prints its value alone
+};
+inline Outside outside;
 
 struct Run {
   bool nested = false;

@@ -65,6 +65,9 @@ class Fraction {
 
   void print_expansion(int digits);
 
+  // "." and that many places, zeros behind the last one.
+  void print_places(int digits);
+
  private:
   Out& to_;
   char* text_;  // scratch
@@ -74,10 +77,11 @@ class Fraction {
   const Lent remainder_{{m_}};
 };
 
+constexpr std::size_t kPiece = 2048;  // groups of eight places
+
 // The places are found many at a time: by a machine integer in pieces that stay in the cache, by a
 // long denominator all at once. An expansion that ends does so at its last place that is not zero.
 void Fraction::print_expansion(int digits) {
-  constexpr std::size_t kPiece = 2048;  // groups of eight
   if (!has_value(remainder_)) return;
   if (m_->len >= IS - 1) {
     report(Event::expansion_too_long, {.needed = digits_of(m_)});
@@ -95,6 +99,19 @@ void Fraction::print_expansion(int digits) {
     left -= count;
   }
   put(to_, has_value(remainder_) ? ".. " : " ");
+}
+
+void Fraction::print_places(int digits) {
+  if (digits == 0) return;
+  if (m_->len >= IS - 1) return report(Event::expansion_too_long, {.needed = digits_of(m_)});
+  put(to_, ".");
+  for (std::size_t left = static_cast<std::size_t>(digits); left > 0;) {
+    const std::size_t count = std::min((left + 7) / 8, kPiece);
+    const char* end = expand(text_, remainder_, m_, count);
+    const std::size_t shown = std::min(left, static_cast<std::size_t>(end - text_));
+    put(to_, {text_, shown});
+    left -= shown;
+  }
 }
 
 void print_fraction(const numf& value, char* text, int digits, Out& to) {
@@ -121,6 +138,31 @@ void print_variable(int v, char* text, int digits, Out& to) {
     put_number(to, value.c, text);
   }
   put(to, " \n");
+}
+
+// A decimal with the places it has, or with `digits` of them; its digits in `text` end with the
+// last group that is shown.
+void print_bare_decimal(const numf& value, char* text, int digits, Out& to) {
+  const Lent c({value.c, value.m});
+  const Lent m({value.c, value.m});
+  rncopy(c, value.c);
+  rncopy(m, value.m);
+  if (!is_one(m)) nreduct(c, m);
+  pad(c, FF + 1);
+  ntoc(c, text);
+  const std::string_view all(text);
+  const std::size_t point = all.find('.');
+  put(to, all.substr(0, point));
+  std::string_view places = all.substr(point + 1);
+  if (digits < 0) {
+    while (!places.empty() && places.back() == '0') places.remove_suffix(1);
+    digits = static_cast<int>(places.size());
+  }
+  if (digits == 0) return;
+  put(to, ".");
+  const auto wanted = static_cast<std::size_t>(digits);
+  put(to, places.substr(0, wanted));
+  for (std::size_t i = places.size(); i < wanted; ++i) put(to, "0");
 }
 
 // The words as they are: under a long value they are its limbs, and a loaded low word may have nine
@@ -164,6 +206,24 @@ int nprint(const char* name, char* out, int digits, Out* file) {
   }
   print_variable(v, out, digits, file != nullptr ? *file : *answers);
   return 0;
+}
+
+void print_bare(const numf& value, char* out, int digits, Out& to) {
+  if (value.c->sign < 0 && has_value(value.c)) put(to, "-");
+  if (value.c->dec == FF) {
+    print_bare_decimal(value, out, digits, to);
+  } else if (digits >= 0) {
+    Fraction f(value, out, to);
+    f.print_integer();
+    f.print_places(digits);
+  } else {
+    put_number(to, value.c, out);
+    if (!is_one(value.m)) {
+      put(to, "/");
+      put_number(to, value.m, out);
+    }
+  }
+  put(to, value.c->imag == 1 ? "i\n" : "\n");
 }
 
 }  // namespace tivelo

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/stream.h"
+#include "fraction/numf.h"
 
 namespace tivelo {
 
@@ -15,5 +16,10 @@ constexpr std::size_t print_scratch(int limbs) { return static_cast<std::size_t>
 // whole variable goes to `file`, or to the console when that is null; a cell always to the console.
 // `out` is scratch. Returns 1 after a cell, else 0.
 int nprint(const char* name, char* out, int digits, Out* file);
+
+// For other programs: the value of a variable alone and a line end. `digits` says how: -1 as an
+// integer or a fraction, decimals with the places they have; else with exactly that many places,
+// cut.
+void print_bare(const numf& value, char* out, int digits, Out& to);
 
 }  // namespace tivelo
