@@ -20,7 +20,7 @@ struct Numbers : tests::Pool {
     int v = 0;
     for (const char* value : {"2/3", "-.123456789", "9^180", "99999999", "-7", "0", "SQR(2)",
                               "5/99999999", "2^600", "1.00001", "1"}) {
-      evaluate_line(value, &Cn, 1);
+      evaluate_line(value, &Cn);
       keep(v++);
     }
   }

@@ -14,7 +14,7 @@ RANK = {room: rank for rank, rooms in enumerate(LAYERS) for room in rooms}
 
 # What kernels/ may know beside its own files. These have no functions: an inline function would be
 # compiled for one processor in target_*.cpp, and the linker might take that copy for all.
-KERNELS_MAY_KNOW = {"base/radix.h", "base/wide.h"}
+KERNELS_MAY_KNOW = {"base/attend.h", "base/radix.h", "base/wide.h"}
 # What its headers and bodies may take from the system, for the same reason; the intrinsics are
 # always inlined.
 KERNELS_SYSTEM = {"cstddef", "cstdint", "immintrin.h"}
@@ -26,6 +26,8 @@ KNOTS = {
                "eval/trigonometry"}),
 }
 
+# What stops a computation that nobody wants to wait for.
+MAY_THROW = "base/interrupt.cpp"
 # Files that may take memory: start-up and the entry of a script lay out all of it.
 MAY_ALLOCATE = {"console/process.cpp", "console/storage.cpp"}
 MAY_PRINT = {"base", "console", "output"}
@@ -103,7 +105,7 @@ def main():
                     units.setdefault(unit, set()).add(target)
         # Blanked, not cut, so that the line numbers stay.
         code = NOT_CODE.sub(lambda m: re.sub(r"[^\n]", " ", m[0]), text)
-        rules = {"throw": r"\bthrow\b"}
+        rules = {} if name == MAY_THROW else {"throw": r"\bthrow\b"}
         if name not in MAY_ALLOCATE:
             rules["heap"] = HEAP
         if room not in MAY_PRINT:

@@ -78,6 +78,13 @@ enum class Event : std::uint8_t {
   option_precision,
   scripts_too_deep,
   scripts_too_many,
+  // Broken off by Ctrl-C.
+  interrupted,
+  interrupted_printing,
+  interrupted_repeat,
+  interrupted_script,
+  interrupted_capture,
+  interrupted_line,
   // Files.
   lines_not_found,
   script_not_found,

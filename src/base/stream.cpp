@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/interrupt.h"
+
 namespace tivelo {
 
 void put(Out& out, std::string_view text) {
@@ -18,12 +20,14 @@ void put(Out& out, std::string_view text) {
     return;
   }
   flush(out);
-  if (text.size() < sizeof out.buffer) {
-    std::memcpy(out.buffer, text.data(), text.size());
-    out.used = text.size();
-  } else if (!out.failed) {
-    out.failed = !out.drain(out.context, text.data(), text.size());
+  while (text.size() >= sizeof out.buffer && !out.failed) {
+    poll();
+    out.failed = !out.drain(out.context, text.data(), sizeof out.buffer);
+    text.remove_prefix(sizeof out.buffer);
   }
+  if (out.failed) return;
+  std::memcpy(out.buffer, text.data(), text.size());
+  out.used = text.size();
 }
 
 void print(Out& out, const char* format, ...) {
@@ -48,6 +52,8 @@ bool read_line(In& in, Out& out, char* line, std::size_t room) {
     if (in.next == in.end) {
       flush(out);
       const long got = in.ended ? 0 : in.fill(in.context, in.buffer, sizeof in.buffer);
+      in.interrupted = got == kInterruptedRead;
+      if (in.interrupted) return false;
       if (got <= 0) {
         in.ended = true;
         break;

@@ -28,22 +28,24 @@ void print(Out& out, const char* format, ...) __attribute__((format(printf, 2, 3
 bool flush(Out& out);
 
 // Where typed text comes from. `fill` reads at most `size` bytes and returns how many, 0 or less
-// at the end or on an error.
+// at the end or on an error; kInterruptedRead when somebody broke the line off instead.
+inline constexpr long kInterruptedRead = -2;
 struct In {
   using Fill = long (*)(void* context, char* data, std::size_t size);
 
   Fill fill = nullptr;
   void* context = nullptr;
   bool ended = false;
-  bool terminal = false;  // a person types at one
+  bool terminal = false;     // a person types at one
+  bool interrupted = false;  // the last line was broken off
   std::size_t next = 0;
   std::size_t end = 0;
   char buffer[1 << 16];
 };
 
 // Reads one line into `line` (room for `room` bytes with the terminating zero, at least 1), without
-// its line feed; what does not fit is read and dropped. False at the end of the input, with `line`
-// unchanged. Before it has to wait for more input it flushes `out`.
+// its line feed; what does not fit is read and dropped. False at the end of the input, or when the
+// line was broken off (`in.interrupted`). Before it has to wait for more input it flushes `out`.
 bool read_line(In& in, Out& out, char* line, std::size_t room);
 
 // Drain and Fill for a file descriptor, which `context` points at (an int).

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/interrupt.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "bigint/engine.h"
@@ -105,6 +106,7 @@ void falling_factorial(num* n, int k) {
     return;
   }
   const long double estimate = digits_but_last(digits, k);
+  progress = {0, k};
   Workspace ws = engine;
   Chain chain = {{}, static_cast<std::size_t>(IS)};
   if (estimate <= kLimbDigits * static_cast<long double>(IS) + 16) chain = chain_of(digits, k, ws);
@@ -170,7 +172,12 @@ void combinations(num* n, int k) {
   const int all = things(n);
   if (n->len < 4 && all / 2 < k && k <= all) k = all - k;
   permutations(n, k);
-  for (int i = 2; i <= k && !is_short_zero(n); ++i) div(n, i);
+  progress = {0, k};
+  for (int i = 2; i <= k && !is_short_zero(n); ++i) {
+    poll();
+    ++progress.done;
+    div(n, i);
+  }
 }
 
 // A factorial fits n limbs only of a number below 3 n + 1000.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "base/interrupt.h"
 #include "base/primes.h"
 #include "bigint/engine.h"
 #include "bigint/muldiv.h"
@@ -43,6 +44,7 @@ std::size_t prime_divisors(std::span<std::uint32_t> found, const num* a, std::ui
 int divide_out(num* a, int p, int most) {
   int times = 0;
   while (times < most && limbs::remainder_limb(in_use(a), static_cast<std::uint32_t>(p)) == 0) {
+    poll();
     div(a, p);
     ++times;
   }

@@ -12,12 +12,13 @@ num* Mc[kVariables];
 num* Mm[kVariables];
 num* Zc[kLevels];
 num* Zm[kLevels];
+num *Sc, *Sm;
 num scratch[kScratch];
 int lent = 0;
 
 namespace {
 
-num state[2 * (kVariables + kLevels)];
+num state[2 * (kVariables + kLevels + 1)];
 
 #ifndef NDEBUG
 void fill_with_junk(num* a) {
@@ -54,6 +55,8 @@ void attach_pool(Limb* block) {
     Mc[v] = take(*next++);
     Mm[v] = take(*next++);
   }
+  Sc = take(*next++);
+  Sm = take(*next++);
   for (num& record : scratch) take(record);
   lent = 0;
 }

@@ -1,9 +1,10 @@
 // The number pool: every record of the program, attached to its limbs once, at start-up, and never
-// moved. Three kinds of it are state, under the short names by which they are spoken of:
+// moved. Some of it is state, under the short names by which they are spoken of:
 //
 //   Mc[v], Mm[v]    numerator and denominator of variable v, 'A' being 0; their cells with them
 //   Zc[d], Zm[d]    the evaluator's levels: the evaluation at depth d works in pairs d to d + 2
 //   Zc[0], Zm[0]    the current result, which evaluations at depth 1 and more leave alone
+//   Sc, Sm          the pair that the current result changes places with
 //
 // All others are scratch, lent from a stack to the operation that needs them (Lent).
 #pragma once
@@ -22,10 +23,10 @@ extern num* Mc[kVariables];
 extern num* Mm[kVariables];
 extern num* Zc[kLevels];
 extern num* Zm[kLevels];
+extern num *Sc, *Sm;
 
-// The deepest borrowing is an answer to "I." whose power is multiplied up step by step: the current
-// result kept, the value before the step and before its product, the cofactors of a reduction; 12
-// in all.
+// The deepest borrowing is an answer to "I." whose power is multiplied up step by step: the answer,
+// the value before the step and before its product, the cofactors of a reduction; 10 in all.
 inline constexpr int kScratch = 16;
 extern num scratch[kScratch];
 extern int lent;  // how many of them are
@@ -63,7 +64,7 @@ class Lent {
   num* record_;
 };
 
-inline constexpr std::size_t kRecords = 2 * (kVariables + kLevels) + kScratch;
+inline constexpr std::size_t kRecords = 2 * (kVariables + kLevels + 1) + kScratch;
 
 // Attaches every record to its IS limbs in `block` (pool_limbs(IS) limbs, zeroed): all are zeros.
 void attach_pool(Limb* block);

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "base/interrupt.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "bigint/engine.h"
@@ -86,6 +87,7 @@ long long multiply_steps(num* c, const StepFactor& factor, long long n, std::int
   ConstLimbs power = in_use(c);
   long long done = 0;
   while (done < n && power.size() + factor.numerator.size() < static_cast<std::size_t>(IS)) {
+    poll();
     *limbs_left -= static_cast<std::int64_t>(power.size()) + kStepLimbs;
     if (*limbs_left < 0) break;
     bool lost = false;

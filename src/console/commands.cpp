@@ -16,7 +16,6 @@
 #include "console/lines.h"
 #include "console/variable_file.h"
 #include "eval/calc.h"
-#include "eval/levels.h"
 #include "fraction/cells.h"
 #include "fraction/decimal.h"
 #include "numtheory/factor.h"
@@ -65,14 +64,11 @@ Flow scale(Run&, const char** at) {
 // Evaluates the typed line into X, or the units of its value into the low word of a cell of X.
 void store_input(const char* line, int v, int k) {
   const char name = static_cast<char>('A' + v);
-  const Lent value_c, value_m, kept_c, kept_m;
+  const Lent value_c, value_m;
   numf value(value_c, value_m);
-  const numf kept(kept_c, kept_m);
   begin_messages();
   set_line_in_hand(line, nullptr);
-  copy(kept, Cn);
-  evaluate_line(line, &value, kAnswerDepth);
-  copy(Cn, kept);
+  evaluate_line(line, &value);
   place_in_hand = nullptr;
   if (k < 0) {
     copy(M[v], value);
@@ -102,6 +98,7 @@ Flow input(Run& run, const char** at) {
   put(prompt, colon + 1);
   if (outside.batch) flush(prompt);
   if (getsn(run.line_area, ISS * kLimbDigits, *outside.asked) == nullptr) {
+    if (outside.asked->interrupted) return Flow::interrupted;
     if (!outside.batch) put(*answers, "\n");
     return Flow::quit;
   }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/characters.h"
+#include "base/interrupt.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "fraction/numf.h"
@@ -58,11 +59,15 @@ bool splits_number(const char* line, int i, int kept, int room) {
 Flow fetch_line(Run& run) {
   begin_messages();
   const int taken = cgets(run.line_area, run.script_position);
+  if (taken < 0 && outside.lines->interrupted) return Flow::interrupted;
   if (taken < 0) {
     if (!outside.batch) put(*answers, "\n");
     return Flow::quit;
   }
-  if (run.script_position != nullptr) run.script_position += taken;
+  if (run.script_position != nullptr) {
+    run.script_position += taken;
+    ++run.script_line;
+  }
   run.typed = nullptr;
   if (messages != nullptr) {
     const std::size_t size = strnlen(run.line_area, static_cast<std::size_t>(line_room()));
@@ -79,6 +84,7 @@ Flow fetch_line(Run& run) {
 
 // The block's turn: its next entry, or the end of a repetition.
 Flow next_entry(Run& run) {
+  poll();
   if (run.block_index == run.block_entries) {
     --run.repeat_count;
     const bool again = run.repeat_count >= 1 && run.block_entries > 0;
@@ -254,11 +260,14 @@ Flow next_line(Run& run) {
 Flow capture_block(Run& run) {
   if (run.line[1] != '\0') report(Event::brace_text, {.place = run.line + 1});
   run.block_entries = 0;
+  run.capturing = true;
   Capture capture{run, run.block_area};
-  do {
-    if (run.script_position != nullptr && script_is_used_up(run)) return Flow::next;
-    if (fetch_line(run) == Flow::quit) return Flow::quit;
-  } while (!capture.add_line(run.line));
+  while (run.script_position == nullptr || !script_is_used_up(run)) {
+    const Flow flow = fetch_line(run);
+    if (flow != Flow::next) return flow;
+    if (capture.add_line(run.line)) break;
+  }
+  run.capturing = false;
   return Flow::next;
 }
 
@@ -272,6 +281,7 @@ void start_block(Run& run) {
   } else {
     run.repeat_count = read_repeat_count(count);
   }
+  run.passes = run.repeat_count;
   if (run.block_index == -1) begin_repeat();
   run.block_index = 0;
 }

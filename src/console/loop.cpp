@@ -3,12 +3,12 @@
 
 #include "base/characters.h"
 #include "base/exactness.h"
+#include "base/interrupt.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "console/commands.h"
 #include "console/lines.h"
 #include "eval/calc.h"
-#include "eval/levels.h"
 #include "fraction/cells.h"
 #include "output/print.h"
 
@@ -71,9 +71,10 @@ void store_variable(int variable) {
   mark_variable(variable);
 }
 
-void show_result(const Run& run, const Target& target, bool refused) {
+void show_result(Run& run, const Target& target, bool refused) {
   if (run.script_position != nullptr) return;
   if (outside.batch && (target.named || refused)) return;
+  run.printing = true;
   const char name[] = {static_cast<char>('A' + target.variable), '\0'};
   show(run, name);
   if (!outside.batch) put(*answers, "\n");
@@ -81,13 +82,13 @@ void show_result(const Run& run, const Target& target, bool refused) {
 
 // The rest of the line is an expression: evaluates it into Cn and stores that. The mark of a
 // rejected line stores the previous result again.
-void assign(const Run& run, const char* at, const Target& target) {
+void assign(Run& run, const char* at, const Target& target) {
   const long long before = refusals.count;
   if (at[0] != '\0' && at[1] == '=') at += 2;
   if (*at == ';') {
     report(Event::line_rejected);
   } else {
-    evaluate_line(at, &Cn, kLineDepth);
+    evaluate_line(at, &Cn);
     mark_result();
   }
   place_in_hand = nullptr;
@@ -103,6 +104,8 @@ void assign(const Run& run, const char* at, const Target& target) {
 
 Flow run_pass(Run& run) {
   if (answers->failed) return Flow::quit;
+  run.printing = false;
+  progress = {};
   const Flow source = next_line(run);
   if (source == Flow::fall_on) return Flow::next;
   if (source != Flow::next) return source;

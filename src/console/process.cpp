@@ -7,10 +7,13 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <string_view>
 
 #include "base/characters.h"
+#include "base/interrupt.h"
 #include "base/precision.h"
 #include "base/report.h"
+#include "console/attendant.h"
 #include "console/batch.h"
 #include "console/loop.h"
 #include "console/options.h"
@@ -141,12 +144,56 @@ void start_script(Run& run) {
 
 Flow run_nested(const char* name, Nesting& nesting);
 
+Flow pass_unless_interrupted(Run& run) {
+  try {
+    return run_pass(run);
+  } catch (const Interrupted&) {
+    return Flow::interrupted;
+  }
+}
+
+// Says what was broken off, on a new line of the terminal; where nothing was but a line, only the
+// first time.
+void tell_interruption(Run& run) {
+  const char* text = line_in_hand() != nullptr ? line_in_hand() : "";
+  const std::string_view line(text, ::strnlen(text, 60));
+  if (messages != nullptr) put(*messages, "\n");
+  const Detail detail = {.needed = run.passes - run.repeat_count + 1, .name = line};
+  set_line_in_hand(nullptr, nullptr);
+  const bool at_prompt = outside.lines->interrupted || outside.asked->interrupted;
+  if (run.capturing) {
+    report(Event::interrupted_capture);
+  } else if (run.block_index != -1) {
+    report(Event::interrupted_repeat, detail);
+  } else if (run.script_position != nullptr) {
+    report(Event::interrupted_script, detail);
+  } else if (at_prompt) {
+    if (!run.told_line_dropped) report(Event::interrupted_line);
+    run.told_line_dropped = true;
+  } else {
+    report(run.printing ? Event::interrupted_printing : Event::interrupted, detail);
+  }
+}
+
+// Leaves the block and the script of the run; what they stored stays.
+Flow return_to_console(Run& run) {
+  if (run.capturing) run.block_entries = 0;
+  run.capturing = false;
+  run.block_index = -1;
+  run.line = run.line_area;
+  run.script_position = nullptr;
+  end_messages();
+  return Flow::next;
+}
+
 // Runs line after line. Returns how the run ended.
 Flow run_lines(Run& run, Nesting& nesting) {
   Flow flow = Flow::next;
   while (flow == Flow::next) {
-    flow = run_pass(run);
+    flow = pass_unless_interrupted(run);
+    if (flow == Flow::interrupted) tell_interruption(run);
     if (flow == Flow::script) flow = run_nested(run.script_name, nesting);
+    if (flow == Flow::interrupted && nesting.depth == 0) flow = return_to_console(run);
   }
   close_print_file(run.write_file);
   close_descriptor(run.read_file);
@@ -209,7 +256,9 @@ int run_session(Out& errors) {
   wire_variables();
   start_script(*storage.run);
   Nesting nesting;
+  watch_run(storage.run);
   run_lines(*storage.run, nesting);
+  watch_run(nullptr);
   end_messages();
   release(storage.region);
   release(numbers);
@@ -259,7 +308,11 @@ int run_calculator(int count, const char* const* arguments, const Streams& strea
   if (const int status = read_options(words, &options, *answers, *streams.errors); status >= 0)
     return status;
   if (messages == nullptr && (options.explain || options.batch)) messages = streams.errors;
-  if (!options.batch) return run(options, nullptr, *streams.errors);
+  if (!options.batch) {
+    if (streams.in->terminal)
+      watch_terminal(*streams.in, *answers, *streams.errors, streams.messages != nullptr);
+    return run(options, nullptr, *streams.errors);
+  }
   // As any program that others read from, a batch run ends when they no longer do.
   std::signal(SIGPIPE, SIG_DFL);
   Region region = reserve(sizeof(Batch));

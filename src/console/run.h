@@ -41,6 +41,13 @@ struct Run {
   int block_index = -1;  // entry to run next; -1: no block is running
   int repeat_count = 0;  // passes of the block still to run
 
+  // What an interruption meets.
+  bool capturing = false;
+  bool printing = false;
+  bool told_line_dropped = false;
+  int passes = 0;             // of the repeat, in all
+  long long script_line = 0;  // number of the line in hand
+
   int display_digits = 16;  // places of printed results; -1: as fractions
   PrintFile write_file;
   int read_file = -1;
@@ -50,11 +57,12 @@ struct Run {
 
 // What happens next: the answer of a pass, and of the steps that it is made of.
 enum class Flow {
-  next,     // the next line is taken
-  fall_on,  // this step had nothing to do; the pass goes on with the next one
-  script,   // the script run.script_name is run, then the next line is taken
-  used_up,  // the script is used up, which ends a nested run
-  quit,     // the process ends
+  next,         // the next line is taken
+  fall_on,      // this step had nothing to do; the pass goes on with the next one
+  script,       // the script run.script_name is run, then the next line is taken
+  interrupted,  // somebody has broken it off: back to the console
+  used_up,      // the script is used up, which ends a nested run
+  quit,         // the process ends
 };
 
 }  // namespace tivelo

@@ -118,6 +118,18 @@ long long half_degrees(long long x, long long y) {
   return x < 0 ? 360 - h : h;
 }
 
+// One level more, also for an evaluation that is interrupted.
+class Deeper {
+ public:
+  explicit Deeper(int& level) : level_(level) { ++level_; }
+  ~Deeper() { --level_; }
+  Deeper(const Deeper&) = delete;
+  Deeper& operator=(const Deeper&) = delete;
+
+ private:
+  int& level_;
+};
+
 // Reads ATAN's second part, behind its separator, and makes (x, y) the vector it describes with
 // the argument as the real part.
 int read_vector(Argument& argument, numf* target, int depth, long long* x, long long* y) {
@@ -128,10 +140,9 @@ int read_vector(Argument& argument, numf* target, int depth, long long* x, long 
     report(Event::angles_too_deep, {.place = argument.rest, .held = kAngleNesting});
     return kTooDeep;
   }
-  ++nesting;
+  const Deeper deeper(nesting);
   const char* text = argument.rest;
   const int count = nread(text, target, argument_depth(depth));
-  --nesting;
   if (count < 0) return count;
   argument.rest += count;
   *x = argument.a * argument.sign * small_magnitude(target->m, 1);

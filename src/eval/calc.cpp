@@ -154,10 +154,30 @@ bool Evaluation::finish_term() {
 
 }  // namespace
 
-void evaluate_line(const char* text, numf* target, int depth) {
+namespace {
+
+// Puts the current result aside: its level is the answer's.
+class ResultAside {
+ public:
+  ResultAside() { exchange_result(); }
+  ~ResultAside() { exchange_result(); }
+  ResultAside(const ResultAside&) = delete;
+  ResultAside& operator=(const ResultAside&) = delete;
+};
+
+}  // namespace
+
+// How much of the line was read matters to nobody.
+void evaluate_line(const char* text, numf* target) {
   grant_steps();
   begin_mark();
-  (void)calc(text, target, depth);  // how much of the line was read matters to nobody
+  if (target == &Cn) {
+    (void)calc(text, &spare, kLineDepth);
+    exchange_result();
+  } else {
+    const ResultAside aside;
+    (void)calc(text, target, kAnswerDepth);
+  }
 }
 
 int evaluate_operand(const char* text, numf* target) {

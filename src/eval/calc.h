@@ -6,9 +6,10 @@
 
 namespace tivelo {
 
-// Evaluates a line's expression into target, with a fresh grant of work and a fresh mark (the first
-// level of `depth` may be the target itself). What stops it has been reported.
-void evaluate_line(const char* text, numf* target, int depth);
+// Evaluates a line's expression into the current result, or an answer to "I." into another target,
+// with a fresh grant of work and a fresh mark. What stops it has been reported; when it is broken
+// off, the current result is the one before.
+void evaluate_line(const char* text, numf* target);
 
 // The same for a single operand. Returns the characters read, or a negative code when it stops the
 // evaluation, and then the value is 0.

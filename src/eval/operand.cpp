@@ -1,6 +1,7 @@
 // One operand: sign, then the first kind whose test holds. Which kind it is shows in the character
 // at the position and the one behind it.
 #include "base/characters.h"
+#include "base/interrupt.h"
 #include "base/line_mark.h"
 #include "base/precision.h"
 #include "base/report.h"
@@ -65,6 +66,7 @@ int read_unsigned(const char* text, numf* target, int depth) {
 }  // namespace
 
 int nread(const char* text, numf* target, int depth) {
+  poll();
   const int signs = text[0] == '-' ? 1 : 0;
   const int count = read_unsigned(text + signs, target, depth);
   if (count < 0) return count;

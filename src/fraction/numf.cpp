@@ -1,21 +1,31 @@
 // The variables and the current result, and what is done to a fraction as a whole.
 #include "fraction/numf.h"
 
+#include <utility>
+
 #include "base/exactness.h"
 
 namespace tivelo {
 
 numf M[kVariables];
 numf Cn;
+numf spare;
 
 void wire_variables() {
   Cn = numf(Zc[0], Zm[0]);
+  spare = numf(Sc, Sm);
   mclear(&Cn);
   for (int v = 0; v < kVariables; ++v) {
     M[v] = numf(Mc[v], Mm[v]);
     mclear(&M[v]);
   }
   clear_marks();
+}
+
+void exchange_result() {
+  std::swap(Zc[0], Sc);
+  std::swap(Zm[0], Sm);
+  std::swap(Cn, spare);
 }
 
 int mclear(numf* f) {

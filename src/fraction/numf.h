@@ -21,6 +21,11 @@ extern numf M[kVariables];
 extern numf Cn;
 void wire_variables();
 
+// The fraction that the current result changes places with. An evaluation goes into it first, so
+// that one that is broken off leaves the current result as it was.
+extern numf spare;
+void exchange_result();
+
 // f = 0/1. Returns 1.
 int mclear(numf* f);
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "base/interrupt.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "bigint/pool.h"
@@ -51,13 +52,16 @@ void grant_steps() { limbs_left = std::int64_t{1'000'000} * IS; }
 bool stepwise_power(numf* result, numf* base, long long n) {
   const std::optional<StepFactor> factor = plain_factor(*base);
   bool cut = false;
+  progress = {0, n};
   while (n > 0) {
+    progress.done = progress.all - n;
     limbs_left -= (result->c->len + kStepLimbs) * kGeneralFactor;
     if (limbs_left < 0) {
       report(Event::power_work);
       mclear(result);
       return false;
     }
+    poll();
     if (!general_step(result, base)) break;
     --n;
     const bool plain = result->c->dec == FF && result->c->len > 0 && in_use(result->c)[0] != 0;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/attend.h"
 #include "kernels/constants.h"
 #include "kernels/target.h"
 #include "kernels/transform_tables.h"

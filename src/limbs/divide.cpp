@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cassert>
 
+#include "base/interrupt.h"
 #include "limbs/linear.h"
 #include "limbs/long_division.h"
 #include "limbs/multiply.h"
@@ -105,6 +106,7 @@ void divide_block(Limbs q, Limbs u, ConstLimbs b, Workspace ws) {
   const std::size_t m = q.size();
   const std::size_t n = b.size();
   assert(u.size() == n + m);
+  poll();
   if (n > 2 * m + kDivideRecursion) return divide_cut(q, u, b, ws);
   if (std::min(m, n) < kDivideRecursion) return long_divide(q, u.last(n), u, b, ws);
   if (n > m + 1) return divide_cut(q, u, b, ws);

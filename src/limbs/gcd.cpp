@@ -6,6 +6,7 @@
 #include <numeric>
 #include <utility>
 
+#include "base/interrupt.h"
 #include "limbs/divide.h"
 #include "limbs/half_gcd.h"
 #include "limbs/lehmer.h"
@@ -50,6 +51,7 @@ std::size_t gcd(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   x.set(a);
   y.set(b);
   for (;;) {
+    poll();
     if (compare(x.run(), y.run()) < 0) std::swap(x, y);
     if (y.size == 0 || x.size <= 2) break;
     if (x.size >= kHalfGcd && half_gcd(x, y, ws)) continue;

@@ -12,6 +12,7 @@
 #include <cassert>
 #include <utility>
 
+#include "base/interrupt.h"
 #include "limbs/divide.h"
 #include "limbs/multiply.h"
 #include "limbs/thresholds.h"
@@ -206,6 +207,7 @@ bool reduce_leading(Numbers& v, Reduction* all, std::size_t k, Workspace ws) {
 // Reduces x >= y by k limbs to numbers of at least B^h, h = n - k, the smaller one close to that
 // unless a quotient leaps over it.
 void reduce_to(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
+  poll();
   const std::size_t k = v.x.size - h;
   if (k >= kHalfGcdSteps) {
     const std::size_t middle = v.x.size - k / 2;

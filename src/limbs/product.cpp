@@ -8,6 +8,7 @@
 #include <bit>
 #include <cassert>
 
+#include "base/interrupt.h"
 #include "limbs/linear.h"
 #include "limbs/multiply.h"
 #include "limbs/thresholds.h"
@@ -29,6 +30,7 @@ template <typename Factor>
 ConstLimbs tree(Limbs r, std::size_t first, std::size_t count, std::uint32_t largest,
                 const Factor& factor, Workspace ws) {
   if (count > kProductLeaf) {
+    poll();
     const std::size_t half = count / 2;
     const Limbs left = ws.take<Limb>(tree_room(half, largest));
     const Limbs right = ws.take<Limb>(tree_room(count - half, largest));
@@ -45,6 +47,7 @@ ConstLimbs tree(Limbs r, std::size_t first, std::size_t count, std::uint32_t lar
     const Limb carry = multiply_limb(r.last(length), r.last(length), static_cast<Limb>(word));
     if (carry != 0) r[r.size() - ++length] = carry;
   };
+  progress.done += static_cast<long long>(count);
   for (std::size_t i = first; i < first + count; ++i) {
     const std::uint64_t next = factor(i);
     if (word * next >= kBase) {
@@ -167,6 +170,7 @@ std::size_t factorial(Limbs r, std::uint32_t n, Workspace ws) {
   while (n >> halvings >= kFactorialSwing) ++halvings;
   std::size_t length = falling_product(one, n >> halvings, n >> halvings, ws);
   while (halvings > 0) {
+    poll();
     const ConstLimbs part = swing(factor, n >> --halvings, odd, ws);
     const Limbs squared = two.last(2 * length);
     square(squared, one.last(length), ws);
@@ -195,6 +199,7 @@ std::size_t power(Limbs r, ConstLimbs base, std::uint64_t n, Workspace ws) {
   const Limbs two = ws.take<Limb>(r.size() + 1);
   ConstLimbs x = base;
   for (int bit = static_cast<int>(std::bit_width(n)) - 1; bit-- > 0;) {
+    poll();
     const Limbs squared = two.last(2 * x.size());
     square(squared, x, ws);
     const ConstLimbs s = strip(squared);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cassert>
 
+#include "base/interrupt.h"
 #include "limbs/divide.h"
 #include "limbs/linear.h"
 #include "limbs/product.h"
@@ -60,6 +61,7 @@ std::size_t remainders_workspace(std::size_t na, std::size_t count) {
 
 void remainders(std::span<std::uint32_t> out, ConstLimbs a, std::span<const std::uint32_t> moduli,
                 Workspace ws) {
+  poll();
   assert(out.size() == moduli.size());
   const std::size_t count = moduli.size();
   if (a.size() <= kRemaindersByWords || count < 4) return by_words(out, a, moduli);

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <climits>
 
+#include "base/interrupt.h"
 #include "base/precision.h"
 #include "base/primes.h"
 #include "base/report.h"
@@ -22,6 +23,9 @@ namespace {
 // kCertified is below the square of kCertified: without a factor below that, it is prime.
 constexpr int kLastTrial = 65533;
 constexpr Limb kCertified = 65536;
+
+// Trial divisors between two polls.
+constexpr unsigned kPollEvery = 4096;
 
 char* append(char* out, unsigned long long value) {
   return std::to_chars(out, out + 20, value).ptr;
@@ -100,7 +104,10 @@ int iprime(unsigned long long n, char* out) {
   // Trial division up to the square root of what is left; a rest without a factor up to its root is
   // prime.
   out = strip_factor(n, 2, out);
-  for (unsigned long long p = 3; p <= n / p; p += 2) out = strip_factor(n, p, out);
+  for (unsigned long long p = 3; p <= n / p; p += 2) {
+    if (p % kPollEvery == 1) poll();
+    out = strip_factor(n, p, out);
+  }
   out = n > 1 ? append(out, n) : out - 1;
   *out = '\0';
   return static_cast<int>(out - start);

@@ -57,7 +57,7 @@ TEST_F(CalcTest, ZeroLimbsStayAsTheWorkLeftThem) {
       000000000005+1 : 0 6;  1*000000000005 : 5;  0-.12345 : -12345000 1 d2
       0.5123*1 : 0 51230000 1 d2;  1*0.5123 : 51230000 1 d2;  1.00000001-1.0000 : 1 0 d2;  -0 : -
       123456789*.5000 : 61728394 50000001 23456789 d2)")) {
-    evaluate_line(row[0].c_str(), &Cn, 1);
+    evaluate_line(row[0].c_str(), &Cn);
     EXPECT_EQ(raw(Cn.c), raw(set(Mc[0], row[1]))) << row[0];
   }
 }

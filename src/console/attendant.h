@@ -1,0 +1,23 @@
+// What is done for a person who waits at a terminal: Ctrl-C breaks a computation off, and after a
+// second of work a line on standard error shows what is being done, how far, and how long still.
+#pragma once
+
+#include "base/stream.h"
+#include "console/run.h"
+
+namespace tivelo {
+
+// Watches over a session whose lines are typed at a terminal, unless whoever started it has Ctrl-C
+// ignored. `in` and the two channels then go through here, so that a wait for a line ends by Ctrl-C
+// and the progress line is gone before anything is printed. Progress is shown only where messages
+// are read.
+void watch_terminal(In& in, Out& answers, Out& errors, bool progress);
+
+// The run whose passes or lines tell how far it is; null at the end of it.
+void watch_run(const Run* run);
+
+// A wait for a line, by whoever reads it: false when Ctrl-C ended it, and the line is to be
+// dropped. Between two of them the clock of the progress line runs.
+bool wait_for_input(int descriptor);
+
+}  // namespace tivelo
