@@ -1,9 +1,10 @@
-// Replays every transcript of tests/sessions and the tour of the README through the program, and
-// compares what is printed, byte for byte, the exit status and the files left. The format is told
-// to authors in tests/sessions/README.md.
+// Replays every transcript of tests/sessions, the README, the manual and the cookbook through the
+// program, and compares what is printed, byte for byte, the exit status and the files left. The
+// format is told to authors in tests/sessions/README.md.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <utility>
@@ -16,8 +17,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// One "$ " line and what belongs to it: all that a run printed and all that was typed in it. Of a
-// file both together are the content.
+// The blocks fenced as "console" use options of the program that it does not have yet.
+constexpr bool kOptions = false;
+
+// One "$ " line and what belongs to it: all that a run printed, or a file holds, and all that was
+// typed.
 struct Step {
   std::string command, printed, typed;
 };
@@ -41,9 +45,10 @@ std::size_t unescape(const std::string& text, std::size_t at, std::string& to) {
 }
 
 // Splits what follows a command, at first all in `printed`, at what was typed: that begins after
-// "? " or \> and ends with the line.
+// "? " or \> and ends with the line. Nothing is typed into a file.
 void part(Step& step) {
   const std::string body = std::exchange(step.printed, "");
+  const bool file = step.command.starts_with("cat ");
   bool typing = false;
   std::size_t line = 0;  // where the last typed line begins
   for (std::size_t i = 0; i < body.size();) {
@@ -51,7 +56,8 @@ void part(Step& step) {
     if (body.compare(i, 2, "\\\n") == 0) {
       typing = false;
       i += 2;
-    } else if (!typing && (body.compare(i, 2, "? ") == 0 || body.compare(i, 2, "\\>") == 0)) {
+    } else if (!file && !typing &&
+               (body.compare(i, 2, "? ") == 0 || body.compare(i, 2, "\\>") == 0)) {
       if (body[i] == '?') to += "? ";
       typing = true;
       line = step.typed.size();
@@ -70,14 +76,15 @@ void part(Step& step) {
   }
 }
 
-// The steps of a transcript; of a .md file those in the blocks fenced as "session".
-std::vector<Step> read_session(const fs::path& file) {
+// The steps of a transcript; of a .md file those in the blocks of this fence. In a console nothing
+// is typed.
+std::vector<Step> read_steps(const fs::path& file, const std::string& fence) {
   std::ifstream in(file, std::ios::binary);
-  bool inside = file.extension() == ".session";
+  bool inside = file.extension() == "." + fence;
   std::vector<Step> steps(1);  // the first one takes what stands before the first command
   for (std::string line; std::getline(in, line);) {
     if (line.starts_with("```")) {
-      inside = line == "```session";
+      inside = line == "```" + fence;
     } else if (inside && line.starts_with("$ ")) {
       steps.push_back({line.substr(2), "", ""});
     } else if (inside) {
@@ -85,7 +92,7 @@ std::vector<Step> read_session(const fs::path& file) {
     }
   }
   steps.erase(steps.begin());
-  std::ranges::for_each(steps, part);
+  if (fence == "session") std::ranges::for_each(steps, part);
   return steps;
 }
 
@@ -99,27 +106,42 @@ void replay(const Step& step) {
   if (!file) {
     EXPECT_EQ(output({step.typed, args}), step.printed);
   } else if (args[0] == ">") {
-    write(args.at(1), step.printed + step.typed);
+    write(args.at(1), step.printed);
   } else {
-    EXPECT_EQ(content(args[0]), step.printed + step.typed);
+    EXPECT_EQ(content(args[0]), step.printed);
   }
+}
+
+// A step of a console is a command of the shell, in which the program is called tivelo; a status
+// other than 0 is its last line.
+void replay_in_shell(const Step& step) {
+  SCOPED_TRACE("$ " + step.command);
+  const std::string place = fs::path(TIVELO_PROGRAM).parent_path();
+  write("typed", "PATH='" + place + "':$PATH\n" + step.command + "\n");
+  const int state = std::system("sh typed </dev/null >out 2>&1");
+  const std::string status = "status " + std::to_string(WEXITSTATUS(state)) + "\n";
+  EXPECT_EQ(content("out") + (state == 0 ? "" : status), step.printed);
 }
 
 class SessionTest : public testing::TestWithParam<fs::path> {};
 
 TEST_P(SessionTest, GoesAsWritten) {
-  const std::vector<Step> steps = read_session(GetParam());
+  const std::vector<Step> steps = read_steps(GetParam(), "session");
   ASSERT_FALSE(steps.empty()) << "no session";
   OwnFolder folder;
   for (const Step& step : steps) replay(step);
+  if (!kOptions) return;
+  for (const Step& step : read_steps(GetParam(), "console")) replay_in_shell(step);
 }
 
 const fs::path kRoot = TIVELO_ROOT;
 
 std::vector<fs::path> transcripts() {
-  std::vector<fs::path> files{kRoot / "README.md"};
+  std::vector<fs::path> files{kRoot / "README.md", kRoot / "docs/manual.md"};
   for (const auto& entry : fs::recursive_directory_iterator(kRoot / "tests/sessions"))
     if (entry.path().extension() == ".session") files.push_back(entry.path());
+  for (const auto& entry : fs::directory_iterator(kRoot / "docs/cookbook"))
+    files.push_back(entry.path());
   std::ranges::sort(files);
   return files;
 }
