@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The blocks fenced as "console" use options of the program that it does not have yet.
+// Whether the blocks fenced as "console" are run: they need every option of the program.
 constexpr bool kOptions = false;
 
 // One "$ " line and what belongs to it: all that a run printed, or a file holds, and all that was
