@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Fails on a path named in the documents that does not exist. A path is a link to a file, or a word
-in backquotes or in a shell block, that has a slash or a known ending; * stands for any name."""
+in backquotes or in a shell block, that has a known ending, or a slash and a small letter (1/3 is a
+fraction); * stands for any name."""
 import pathlib
 import re
 import sys
@@ -18,7 +19,8 @@ def named(text):
     quoted = re.findall(r"`([^`\n]+)`", re.sub(r"^```.*?^```", "", text, flags=re.M | re.S))
     for words in quoted + [body for kind, body in blocks if kind == "sh"]:
         for word in words.split():
-            if PATH.fullmatch(word) and ("/" in word or word.rsplit(".", 1)[-1] in ENDINGS):
+            ending = word.rsplit(".", 1)[-1]
+            if PATH.fullmatch(word) and ("/" in word and re.search("[a-z]", word) or ending in ENDINGS):
                 yield word
 
 

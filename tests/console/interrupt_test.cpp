@@ -90,12 +90,12 @@ TEST(Interrupt, LeavesWholeLines) {
   for (const fs::path& file : transcripts()) {
     SCOPED_TRACE(file.filename());
     OwnFolder folder;
-    for (const Step& step : read_session(file)) {
+    for (const Step& step : read_steps(file, "session")) {
       std::istringstream words(step.command);
       Session session;
       for (std::string word; words >> word;) session.arguments.push_back(word);
       if (session.arguments[0] == "cat") {
-        if (session.arguments[1] == ">") write(session.arguments.at(2), step.printed + step.typed);
+        if (session.arguments[1] == ">") write(session.arguments.at(2), step.printed);
         continue;
       }
       session.arguments.erase(session.arguments.begin());

@@ -1,12 +1,12 @@
-// Replays every transcript of tests/sessions and the tour of the README through the program, and
-// compares what is printed, byte for byte, the exit status and the files left. The format is told
-// to authors in tests/sessions/README.md.
+// Replays every transcript of tests/sessions, the README, the manual and the cookbook through the
+// program, and compares what is printed, byte for byte, the exit status and the files left. The
+// format is told to authors in tests/sessions/README.md.
 #include "support/session.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
+#include <cstdlib>
 #include <sstream>
 #include <utility>
 
@@ -26,19 +26,31 @@ void replay(const Step& step) {
   if (!file) {
     EXPECT_EQ(output({step.typed, args}), step.printed);
   } else if (args[0] == ">") {
-    write(args.at(1), step.printed + step.typed);
+    write(args.at(1), step.printed);
   } else {
-    EXPECT_EQ(content(args[0]), step.printed + step.typed);
+    EXPECT_EQ(content(args[0]), step.printed);
   }
+}
+
+// A step of a console is a command of the shell, in which the program is called tivelo; a status
+// other than 0 is its last line.
+void replay_in_shell(const Step& step) {
+  SCOPED_TRACE("$ " + step.command);
+  const std::string place = fs::path(TIVELO_PROGRAM).parent_path();
+  write("typed", "PATH='" + place + "':$PATH\n" + step.command + "\n");
+  const int state = std::system("sh typed </dev/null >out 2>&1");
+  const std::string status = "status " + std::to_string(WEXITSTATUS(state)) + "\n";
+  EXPECT_EQ(content("out") + (state == 0 ? "" : status), step.printed);
 }
 
 class SessionTest : public testing::TestWithParam<fs::path> {};
 
 TEST_P(SessionTest, GoesAsWritten) {
-  const std::vector<Step> steps = read_session(GetParam());
+  const std::vector<Step> steps = read_steps(GetParam(), "session");
   ASSERT_FALSE(steps.empty()) << "no session";
   OwnFolder folder;
   for (const Step& step : steps) replay(step);
+  for (const Step& step : read_steps(GetParam(), "console")) replay_in_shell(step);
 }
 
 std::string name_of(const testing::TestParamInfo<fs::path>& test) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <stdexcept>
 #include <utility>
 
 namespace tivelo::tests {
@@ -27,9 +26,10 @@ std::size_t unescape(const std::string& text, std::size_t at, std::string& to) {
 }
 
 // Splits what follows a command, at first all in `printed`, at what was typed: that begins after
-// "? " or \> and ends with the line.
+// "? " or \> and ends with the line. Nothing is typed into a file.
 void part(Step& step) {
   const std::string body = std::exchange(step.printed, "");
+  const bool file = step.command.starts_with("cat ");
   bool typing = false;
   std::size_t line = 0;  // where the last typed line begins
   for (std::size_t i = 0; i < body.size();) {
@@ -37,7 +37,8 @@ void part(Step& step) {
     if (body.compare(i, 2, "\\\n") == 0) {
       typing = false;
       i += 2;
-    } else if (!typing && (body.compare(i, 2, "? ") == 0 || body.compare(i, 2, "\\>") == 0)) {
+    } else if (!file && !typing &&
+               (body.compare(i, 2, "? ") == 0 || body.compare(i, 2, "\\>") == 0)) {
       if (body[i] == '?') to += "? ";
       typing = true;
       line = step.typed.size();
@@ -58,13 +59,13 @@ void part(Step& step) {
 
 }  // namespace
 
-std::vector<Step> read_session(const fs::path& file) {
+std::vector<Step> read_steps(const fs::path& file, const std::string& fence) {
   std::ifstream in(file, std::ios::binary);
-  bool inside = file.extension() == ".session";
+  bool inside = file.extension() == "." + fence;
   std::vector<Step> steps(1);  // the first one takes what stands before the first command
   for (std::string line; std::getline(in, line);) {
     if (line.starts_with("```")) {
-      inside = line == "```session";
+      inside = line == "```" + fence;
     } else if (inside && line.starts_with("$ ")) {
       steps.push_back({line.substr(2), "", ""});
     } else if (inside) {
@@ -72,14 +73,16 @@ std::vector<Step> read_session(const fs::path& file) {
     }
   }
   steps.erase(steps.begin());
-  std::ranges::for_each(steps, part);
+  if (fence == "session") std::ranges::for_each(steps, part);
   return steps;
 }
 
 std::vector<fs::path> transcripts() {
-  std::vector<fs::path> files{kRoot / "README.md"};
+  std::vector<fs::path> files{kRoot / "README.md", kRoot / "docs/manual.md"};
   for (const auto& entry : fs::recursive_directory_iterator(kRoot / "tests/sessions"))
     if (entry.path().extension() == ".session") files.push_back(entry.path());
+  for (const auto& entry : fs::directory_iterator(kRoot / "docs/cookbook"))
+    files.push_back(entry.path());
   std::ranges::sort(files);
   return files;
 }

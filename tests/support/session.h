@@ -11,14 +11,15 @@ namespace fs = std::filesystem;
 
 inline const fs::path kRoot = TIVELO_ROOT;
 
-// One "$ " line and what belongs to it: all that a run printed and all that was typed in it. Of a
-// file both together are the content.
+// One "$ " line and what belongs to it: all that a run printed, or a file holds, and all that was
+// typed.
 struct Step {
   std::string command, printed, typed;
 };
 
-// The steps of a transcript; of a .md file those in the blocks fenced as "session".
-std::vector<Step> read_session(const fs::path& file);
+// The steps of a transcript; of a .md file those in the blocks of this fence. In a console nothing
+// is typed.
+std::vector<Step> read_steps(const fs::path& file, const std::string& fence);
 
 // All that are replayed, in order.
 std::vector<fs::path> transcripts();
