@@ -1,17 +1,8 @@
 // The engine against GMP. The bytes choose the operation, lengths around every change of method and
 // operands made of runs of 0, 99999999 and other limbs; every multiplication target is asked.
-#include <cstring>
+#include "support/engine.h"
 
 #include "harness.h"
-#include "kernels/target.h"
-#include "limbs/digits.h"
-#include "limbs/divide.h"
-#include "limbs/gcd.h"
-#include "limbs/linear.h"
-#include "limbs/multiply.h"
-#include "limbs/oracle.h"
-#include "limbs/product.h"
-#include "limbs/remainders.h"
 
 namespace tivelo::limbs {
 namespace {
@@ -68,69 +59,26 @@ class Bytes {
 };
 
 void add_or_subtract(Bytes& in, bool plus) {
-  Number a = in.run(in.length(2000));
-  Number b = in.run(std::min(in.length(2000), a.size()));
-  const std::uint32_t where = in.byte() % 3;
-  if (!plus && big(a) < big(b)) {
-    a.swap(b);
-    b.insert(b.begin(), a.size() > b.size() ? a.size() - b.size() : 0, 0);
-    a.insert(a.begin(), b.size() > a.size() ? b.size() - a.size() : 0, 0);
-  }
-  const mpz_class x = big(a);
-  const mpz_class y = big(b);
-  Number fresh(a.size(), 7);
-  const bool onto_b = where == 2 && a.size() == b.size();
-  Number& r = where == 1 ? a : onto_b ? b : fresh;
-  const Limb carry = plus ? add(r, a, b) : subtract(r, a, b);
-  Number all = r;
-  all.insert(all.begin(), carry);
-  demand(big(all) == (plus ? mpz_class(x + y) : mpz_class(x - y)), "sum or difference");
+  const Number a = in.run(in.length(2000));
+  const Number b = in.run(std::min(in.length(2000), a.size()));
+  demand(adds(a, b, plus, static_cast<Over>(in.byte() % 3)), "sum or difference");
 }
 
 void by_one_limb(Bytes& in) {
-  Number a = in.run(in.length(2000));
-  const mpz_class x = big(a);
+  const Number a = in.run(in.length(2000));
   const bool in_place = in.byte() % 2 == 1;
-  Number fresh(a.size(), 7);
-  Number& r = in_place ? a : fresh;
   const std::uint32_t word = in.word();
-  const std::uint32_t choice = in.byte() % 3;
-  if (choice == 0) {
-    const Limb k = word % (kBase + 1);
-    Number all(1, multiply_limb(r, a, k));
-    all.insert(all.end(), r.begin(), r.end());
-    demand(text_of({&all[0], 1}).size() >= 8 && all[0] <= k, "carry");
-    const mpz_class expected = x * k;
-    mpz_class power;
-    mpz_ui_pow_ui(power.get_mpz_t(), 10, 8 * r.size());
-    demand(big(r) + power * all[0] == expected, "product by a limb");
-  } else if (choice == 1) {
-    const std::uint32_t k = std::max(1u, word % 0x80000000u);
-    const std::uint32_t rest = divide_limb(r, a, k);
-    demand(big(r) == x / k && mpz_class(x % k) == rest, "quotient by a limb");
-  } else {
-    const std::uint32_t k = std::max(1u, word);
-    demand(mpz_class(x % k) == remainder_limb(a, k), "remainder by a limb");
-  }
+  const std::uint32_t kinds[] = {word % (kBase + 1), word % 0x80000000u, word};
+  demand(works_by_limb(a, kinds[in.byte() % 3], in_place), "work by one limb");
 }
 
 void multiply_all(Bytes& in) {
   const Number a = in.run(in.length(1300));
   const Number b = in.run(in.length(1300));
-  const bool same = in.byte() % 4 == 0;
-  const Number& y = same ? a : b;
-  const mpz_class product = big(a) * big(y);
-  const mpz_class its_square = big(a) * big(a);
+  const Number& y = in.byte() % 4 == 0 ? a : b;
   for (const char* const* name = kernels::target_names(); *name != nullptr; ++name) {
     demand(kernels::force_target(*name), "a target by its name");
-    Number r(a.size() + y.size(), 7);
-    Lent lent(multiply_workspace(a.size(), y.size()));
-    multiply(r, a, y, lent.workspace());
-    demand(big(r) == product, *name);
-    Number s(2 * a.size(), 7);
-    Lent more(multiply_workspace(a.size(), a.size()));
-    square(s, a, more.workspace());
-    demand(big(s) == its_square, *name);
+    demand(big(product_of(a, y)) == big(a) * big(y) && big(square_of(a)) == big(a) * big(a), *name);
   }
 }
 
@@ -140,16 +88,11 @@ void divide_all(Bytes& in) {
   if (const std::uint32_t shape = in.byte(); shape % 2 == 1) {
     // A dividend next to a multiple of the divisor.
     const Number q = in.run(a.size() - b.size());
-    mpz_class x = big(q) * big(b) + (shape % 4 == 1 ? mpz_class(big(b) - 1) : mpz_class(0));
-    a = run_of(x, a.size());
+    a = run_of(big(q) * big(b) + (shape % 4 == 1 ? mpz_class(big(b) - 1) : mpz_class(0)), a.size());
   }
   for (const char* const* name = kernels::target_names(); *name != nullptr; ++name) {
     demand(kernels::force_target(*name), "a target by its name");
-    Number q(a.size() - b.size() + 1, 7);
-    Number r(b.size(), 7);
-    Lent lent(divide_workspace(a.size(), b.size()));
-    divide(q, r, a, b, lent.workspace());
-    demand(big(q) == big(a) / big(b) && big(r) == big(a) % big(b), *name);
+    demand(divides(a, b), *name);
   }
 }
 
@@ -160,54 +103,26 @@ void greatest_divisor(Bytes& in) {
     const mpz_class common = big(in.number(in.length(300)));
     for (Number* n : {&a, &b}) {
       const mpz_class multiple = big(*n) * common;
-      const Number wide = run_of(multiple, n->size() + 300);
-      const ConstLimbs digits = strip(wide);
-      n->assign(digits.begin(), digits.end());
+      *n = run_of(multiple, length_of(multiple));
     }
   }
-  Number r(std::max(a.size(), b.size()), 7);
-  Lent lent(gcd_workspace(r.size()));
-  const std::size_t n = gcd(r, a, b, lent.workspace());
-  demand(big(ConstLimbs(r).last(n)) == mpz_class(gcd(big(a), big(b))), "gcd");
-  demand(n == 0 || r[r.size() - n] != 0, "gcd without leading zeros");
+  demand(finds_gcd(a, b), "gcd");
 }
-
-void expect_end(const Number& r, std::size_t n, const mpz_class& value, const char* what) {
-  demand(n <= r.size() && big(ConstLimbs(r).last(n)) == value, what);
-  demand(n == 0 || r[r.size() - n] != 0, what);
-}
-
-std::size_t room_for(const mpz_class& value) { return value.get_str().size() / 8 + 1; }
 
 void trees(Bytes& in) {
   const std::uint32_t choice = in.byte() % 4;
-  mpz_class expected = 1;
   if (choice == 0) {
     std::vector<std::uint32_t> factors(in.byte() * 3);
-    for (std::uint32_t& factor : factors) expected *= factor = 1 + in.word() % (kBase - 1);
-    Number r(room_for(expected), 7);
-    Lent lent(product_workspace(factors.size(), kBase - 1));
-    expect_end(r, product_of_list(r, factors, lent.workspace()), expected, "product tree");
+    for (std::uint32_t& factor : factors) factor = 1 + in.word() % (kBase - 1);
+    demand(multiplies_all(factors), "product tree");
   } else if (choice == 1) {
     const std::uint32_t n = in.word() % kBase;
-    const std::uint32_t k = std::min(n, in.byte() * 4);
-    for (std::uint32_t i = 0; i < k; ++i) expected *= n - i;
-    Number r(room_for(expected), 7);
-    Lent lent(product_workspace(k, n));
-    expect_end(r, falling_product(r, n, k, lent.workspace()), expected, "falling product");
+    demand(multiplies_falling(n, std::min(n, in.byte() * 4)), "falling product");
   } else if (choice == 2) {
-    const std::uint32_t n = in.word() % 5000;
-    mpz_fac_ui(expected.get_mpz_t(), n);
-    Number r(room_for(expected), 7);
-    Lent lent(factorial_workspace(n, r.size()));
-    expect_end(r, factorial(r, n, lent.workspace()), expected, "factorial");
+    demand(finds_factorial(in.word() % 5000), "factorial");
   } else {
     const Number base = in.number(in.length(40) - 1);
-    const std::uint32_t n = in.byte();
-    mpz_pow_ui(expected.get_mpz_t(), big(base).get_mpz_t(), n);
-    Number r(room_for(expected), 7);
-    Lent lent(power_workspace(r.size()));
-    expect_end(r, power(r, base, n, lent.workspace()), expected, "power");
+    demand(raises(base, in.byte()), "power");
   }
 }
 
@@ -215,24 +130,13 @@ void small_moduli(Bytes& in) {
   const Number a = in.number(in.length(600) - 1);
   std::vector<std::uint32_t> moduli(in.byte() * 2);
   for (std::uint32_t& modulus : moduli) modulus = 1 + (in.byte() << 8 | in.byte()) % 65535;
-  std::vector<std::uint32_t> out(moduli.size());
-  Lent lent(remainders_workspace(a.size(), moduli.size()));
-  remainders(out, a, moduli, lent.workspace());
-  const mpz_class x = big(a);
-  for (std::size_t i = 0; i < out.size(); ++i)
-    demand(mpz_class(x % moduli[i]) == out[i], "remainders");
+  demand(finds_remainders(a, moduli), "remainders");
 }
 
 void text(Bytes& in) {
   const Number a = in.run(in.length(600));
-  std::string digits(8 * a.size(), '?');
-  demand(write(digits.data(), a) == digits.data() + digits.size(), "length of a text");
-  demand(digits == text_of(a), "text");
-  digits.erase(0, in.byte() % 8);
-  Number back((digits.size() + 7) / 8, 7);
-  parse(back, digits);
-  demand(big(back) == big(digits), "number of a text");
-  Number b = in.run(a.size());
+  demand(writes_and_parses(a, in.byte() % 8), "text");
+  const Number b = in.run(a.size());
   if (strip(a).size() == a.size() && strip(b).size() == b.size())
     demand(compare(a, b) == (big(a) > big(b)) - (big(a) < big(b)), "order");
 }
@@ -243,33 +147,13 @@ void text(Bytes& in) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tivelo::limbs;
   Bytes in(data, size);
-  switch (in.byte() % 9) {
-    case 0:
-      add_or_subtract(in, true);
-      break;
-    case 1:
-      add_or_subtract(in, false);
-      break;
-    case 2:
-      by_one_limb(in);
-      break;
-    case 3:
-      multiply_all(in);
-      break;
-    case 4:
-      divide_all(in);
-      break;
-    case 5:
-      greatest_divisor(in);
-      break;
-    case 6:
-      trees(in);
-      break;
-    case 7:
-      small_moduli(in);
-      break;
-    default:
-      text(in);
+  const std::uint32_t choice = in.byte() % 9;
+  if (choice < 2) {
+    add_or_subtract(in, choice == 0);
+  } else {
+    constexpr void (*kOthers[])(Bytes&) = {by_one_limb, multiply_all, divide_all, greatest_divisor,
+                                           trees,       small_moduli, text};
+    kOthers[choice - 2](in);
   }
   return 0;
 }

@@ -1,98 +1,38 @@
 #include "harness.h"
 
-#include <fcntl.h>
 #include <sys/time.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
-#include "console/process.h"
+#include "support/calculator.h"
+#include "support/folder.h"
 
 namespace tivelo::fuzz {
-
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr std::size_t kKept = 1 << 20;
 constexpr std::size_t kPiece = 61;  // bytes that one read of the typed text returns at most
 
-In typed;
-Out printed;
-Out explained;
-Out errors;
+tests::Feed* running;
 volatile std::sig_atomic_t was_cut;
 
 void cut(int) {
   was_cut = 1;
-  printed.failed = true;
+  running->printed.failed = true;
 }
-
-bool keep(void* context, const char* data, std::size_t size) {
-  auto& text = *static_cast<std::string*>(context);
-  text.append(data, std::min(size, kKept - std::min(kKept, text.size())));
-  return true;
-}
-
-long give(void* context, char* data, std::size_t size) {
-  auto& left = *static_cast<std::string_view*>(context);
-  const std::size_t n = std::min({left.size(), size, kPiece});
-  std::memcpy(data, left.data(), n);
-  left.remove_prefix(n);
-  return static_cast<long>(n);
-}
-
-void restart(Out& out, std::string& text) {
-  out.drain = keep;
-  out.context = &text;
-  out.failed = false;
-  out.used = 0;
-}
-
-// The folder that runs happen in; the process comes back out of it after each.
-class Folder {
- public:
-  Folder() : home_(::open(".", O_RDONLY | O_CLOEXEC)) {
-    std::string name = (fs::temp_directory_path() / "tivelo-fuzz-XXXXXX").string();
-    demand(::mkdtemp(name.data()) != nullptr, "a folder for the runs");
-    path_ = name;
-  }
-  ~Folder() { fs::remove_all(path_); }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  void enter(const Files& files) {
-    demand(::chdir(path_.c_str()) == 0, "entering the folder");
-    for (const auto& [name, text] : files) std::ofstream(name, std::ios::binary) << text;
-  }
-
-  Files leave() {
-    Files files;
-    for (const auto& entry : fs::directory_iterator(".")) {
-      std::ifstream in(entry.path(), std::ios::binary);
-      files[entry.path().filename()].assign(std::istreambuf_iterator<char>(in), {});
-      fs::remove(entry.path());
-    }
-    demand(::fchdir(home_) == 0, "leaving the folder");
-    return files;
-  }
-
- private:
-  int home_;
-  fs::path path_;
-};
 
 // Again and again, because a flush under way may overwrite what the handler sets.
 void limit_time(int milliseconds) {
   const itimerval timer = {{0, 50 * milliseconds}, {0, 1000 * milliseconds}};
   ::setitimer(ITIMER_PROF, &timer, nullptr);
+}
+
+bool asks_for_time(std::string text) {
+  std::erase(text, ' ');
+  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return text.find("TIME") != std::string::npos;
 }
 
 bool is_control(char c) { return (c >= 0 && c < ' ') || c == 127; }
@@ -110,31 +50,39 @@ void tame_repeat(std::string& text, std::size_t at, bool in_block) {
 }  // namespace
 
 Outcome run(const Run& run) {
-  static Folder folder;
   static const bool timed = std::signal(SIGPROF, cut) != SIG_ERR;
   demand(timed, "a timer");
-  folder.enter(run.files);
-  Outcome outcome;
-  std::string error_text;
+  const tests::OwnFolder folder;
+  for (const auto& [name, text] : run.files) tests::write(name, text);
+  tests::Feed feed;
   std::string_view left = run.typed;
-  restart(printed, outcome.printed);
-  restart(explained, outcome.explanations);
-  restart(errors, error_text);
-  typed.fill = give;
-  typed.context = &left;
-  typed.ended = false;
-  typed.next = typed.end = 0;
-  std::vector<const char*> arguments;
-  for (const std::string& argument : run.arguments) arguments.push_back(argument.c_str());
+  feed.next = [&left](std::string& text) {
+    text = left.substr(0, kPiece);
+    left.remove_prefix(text.size());
+    return !text.empty();
+  };
   was_cut = 0;
+  running = &feed;
   limit_time(200);
-  const Console outside{&typed, &printed, &explained, &errors};
-  outcome.status = run_calculator(static_cast<int>(arguments.size()), arguments.data(), outside);
+  const int status = feed.run(run.arguments);
   limit_time(0);
-  outcome.cut = was_cut != 0;
-  outcome.files = folder.leave();
-  demand(outcome.cut || (outcome.status == 0 && error_text.empty()), "status 0");
+  Outcome outcome{was_cut != 0, feed.printed.text, feed.explained.text, {}};
+  for (const auto& entry : std::filesystem::directory_iterator("."))
+    outcome.files[entry.path().filename()] = tests::content(entry.path());
+  demand(outcome.cut || (status == 0 && feed.errors.text.empty()), "status 0");
   return outcome;
+}
+
+void run_twice(const Run& wanted) {
+  const Outcome first = run(wanted);
+  if (first.cut) return;
+  const Outcome second = run(wanted);
+  std::string all = wanted.typed;
+  for (const auto& [name, text] : wanted.files) all += text;
+  if (second.cut || asks_for_time(all)) return;
+  demand(first.printed == second.printed, "two runs print the same");
+  demand(first.explained == second.explained, "two runs explain the same");
+  demand(first.files == second.files, "two runs leave the same files");
 }
 
 std::string tame(std::string_view bytes) {
@@ -168,13 +116,6 @@ std::vector<std::string> split(const std::uint8_t* data, std::size_t size, std::
     }
   }
   return parts;
-}
-
-bool asks_for_time(std::string_view text) {
-  std::string letters;
-  for (const char c : text)
-    if (c != ' ') letters.push_back(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
-  return letters.find("TIME") != std::string::npos;
 }
 
 void demand(bool condition, const char* what) {

@@ -17,22 +17,23 @@ using Files = std::map<std::string, std::string>;  // content by name
 struct Run {
   std::vector<std::string> arguments;
   std::string typed;
-  Files files;  // in the folder at the start
+  Files files = {};  // in the folder at the start
 };
 
 struct Outcome {
-  int status = 0;
-  bool cut = false;          // ended after a fifth of a second of processor time
-  std::string printed;       // at most the first megabyte
-  std::string explanations;  // likewise
-  Files files;               // in the folder at the end
+  bool cut = false;  // ended after a fifth of a second of processor time
+  std::string printed, explained;
+  Files files;  // in the folder at the end
 };
 
 // Runs the calculator in an empty folder that holds `run.files`. A repeat or a recursion of scripts
-// that was asked for may go on for ever: after a second of processor time the run's output counts
-// as failed, which ends it before its next line. A single line without end is the fuzzer's to
-// notice.
+// that was asked for may go on for ever: after a fifth of a second of processor time the run's
+// output counts as failed, which ends it before its next line. A single line without end is the
+// fuzzer's to notice.
 Outcome run(const Run& run);
+
+// Two runs must print, explain and leave the same, unless one is cut or the clock is asked for.
+void run_twice(const Run& run);
 
 // The bytes with no '/' behind a ':' (a name stays in the folder), repeat counts of one digit and
 // no repeats inside blocks (these restart the block for ever).
@@ -40,9 +41,6 @@ std::string tame(std::string_view bytes);
 
 // The bytes between the separators 0xff, which no accepted line contains; `count` parts.
 std::vector<std::string> split(const std::uint8_t* data, std::size_t size, std::size_t count);
-
-// Does the text ask for the clock, so that two runs of it may differ?
-bool asks_for_time(std::string_view text);
 
 // Ends the process, with `what` on standard error, unless `condition` holds.
 void demand(bool condition, const char* what);

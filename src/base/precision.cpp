@@ -1,3 +1,4 @@
+// The precision in force.
 #include "base/precision.h"
 
 namespace tivelo {

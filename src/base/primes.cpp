@@ -1,3 +1,4 @@
+// Eratosthenes' sieve, run once.
 #include "base/primes.h"
 
 #include <bitset>

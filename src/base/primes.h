@@ -1,4 +1,5 @@
-// The primes below 65536, for searches for small factors.
+// The primes below 65536, for searches for small factors: of a number to be factorised, and of the
+// two members of a fraction.
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+// Buffers in front of whatever takes or gives the bytes.
 #include "base/stream.h"
 
 #include <unistd.h>

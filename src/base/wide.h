@@ -1,4 +1,5 @@
-// The integer of 128 bits, which the language has no name for.
+// The integer of 128 bits, which the language has no name for: for products of two 64-bit words,
+// and nothing else.
 #pragma once
 
 namespace tivelo {

@@ -64,7 +64,7 @@ int sum(num* r, num* a, num* b) {
   if (n > IS || (n == IS && sum_carries_out(a, b, scale, n))) {
     const long long digits =
         std::max(digits_of(lo), digits_of(hi) + static_cast<long long>(d) * kLimbDigits);
-    report(Event::sum_too_long, {.needed = digits + (n == IS), .held = digits_held()});
+    report(Event::sum_too_long, {.needed = digits + (n == IS), .held = digit_places()});
     return kNoRoom;
   }
   Limb carry = 0;
@@ -100,7 +100,7 @@ int minus(num* r, num* a, num* b) {
   const int n = big->len + up;
   if (n > IS) {
     const long long digits = digits_of(big) + static_cast<long long>(up) * kLimbDigits;
-    report(Event::sum_too_long, {.needed = digits, .held = digits_held()});
+    report(Event::sum_too_long, {.needed = digits, .held = digit_places()});
     return kNoRoom;
   }
   ConstLimbs subtrahend = magnitude(small);

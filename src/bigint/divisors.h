@@ -1,4 +1,5 @@
-// Common divisors and small prime factors.
+// Common divisors and small prime factors. Numbers of any length; what divides them by machine
+// integers is here, what divides them by one another is in muldiv.h.
 #pragma once
 
 #include <span>

@@ -1,4 +1,4 @@
-// The places behind the point of a fraction.
+// The places behind the point of a fraction, as many at a time as a caller wants to print at once.
 #pragma once
 
 #include <cstddef>

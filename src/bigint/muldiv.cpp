@@ -89,7 +89,7 @@ int prodc(num* dst, const num* src, int k) {
   }
   if (k == 1) return rncopy(dst, src);
   const Limb factor = static_cast<Limb>(k);
-  if (src->len == IS && product_carries_out(src, factor)) return refuse_product(digits_held() + 1);
+  if (src->len == IS && product_carries_out(src, factor)) return refuse_product(digit_places() + 1);
   product_by_limb(dst, src, factor);
   return 1;
 }
@@ -254,6 +254,14 @@ int quotient_of_products(num* r, const num* a, const num* b, const num* c, const
   clear(r);
   set_limbs(r, quotient);
   return limbs::strip(rest).empty() ? 0 : 1;
+}
+
+void raise_limbs(num* a, int k) {
+  if (k == 0) return;
+  const Limbs digits = in_use(a);
+  std::ranges::copy(digits, places(a, a->len + k).begin());
+  a->len += k;
+  std::ranges::fill(places(a, k), Limb{0});
 }
 
 bool drop_limbs(num* a, int k) {

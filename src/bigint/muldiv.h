@@ -45,6 +45,9 @@ int remainder(num* a, int k);
 [[nodiscard]] int quotient_of_products(num* r, const num* a, const num* b, const num* c,
                                        const num* d, int up);
 
+// Moves the limbs of a up by k places, zeros below them; the caller has made sure that they fit.
+void raise_limbs(num* a, int k);
+
 // Leaves the lowest k limbs away, in limbs and len only; nothing left is the canonical zero. True
 // when one of them was not zero.
 bool drop_limbs(num* a, int k);

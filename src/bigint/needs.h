@@ -1,4 +1,5 @@
-// How much storage this room takes, for whoever reserves it.
+// How much storage this room takes, for whoever reserves it. Nothing is reserved here, and nothing
+// else need be known of it outside.
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+// What is done to a record as a whole: clearing, copying, giving it limbs, reading it as an
+// integer.
 #include "bigint/num.h"
 
 #include <algorithm>
@@ -90,6 +92,13 @@ void set_limbs(num* a, ConstLimbs limbs) {
   if (a->len == 0) units(a) = 0;
 }
 
+void pad(num* a, int n) {
+  while (a->len < n) {
+    ++a->len;
+    in_use(a)[0] = 0;
+  }
+}
+
 long long digits_of(const num* a) {
   const ConstLimbs digits = magnitude(a);
   if (digits.empty()) return 1;
@@ -98,7 +107,8 @@ long long digits_of(const num* a) {
   return static_cast<long long>(digits.size() - 1) * kLimbDigits + top;
 }
 
-long long digits_held() { return static_cast<long long>(IS) * kLimbDigits; }
+long long digits_held() { return static_cast<long long>(IS - 2) * kLimbDigits; }
+long long digit_places() { return static_cast<long long>(IS) * kLimbDigits; }
 
 void trim(num* a, int most) {
   for (; most > 0 && a->len > 0 && a->limbs[a->end - a->len] == 0; --most) --a->len;

@@ -89,15 +89,22 @@ int iton(num* a, int v);
 // Changes limbs and len only. in_use() and magnitude() read them back.
 void set_limbs(num* a, ConstLimbs limbs);
 
+// Puts leading zero limbs before those in use until there are n.
+void pad(num* a, int n);
+
 // Reads a value of at most three limbs that fits 64 bits. Returns 0, or -1 with *out unchanged.
 [[nodiscard]] int ntoll(const num* a, long long* out);
 
 // The magnitude where ntoi() takes it, else `otherwise`.
 int small_magnitude(const num* a, int otherwise);
 
-// Decimal digits of the magnitude, at least 1; and those that a record holds.
+// Decimal digits of the magnitude, at least 1.
 long long digits_of(const num* a);
+
+// The digits of the longest number that every operation takes, as the banner tells them, and those
+// that a record has places for. Products need the difference.
 long long digits_held();
+long long digit_places();
 
 // Lowers len over at most `most` leading zero limbs.
 void trim(num* a, int most);

@@ -1,4 +1,5 @@
-// Powers of integers, and the chains of cut products that powers of decimals are.
+// Powers of integers, and the chains of cut products that powers of decimals are. Which of them a
+// power is, and its sign, is decided above.
 #pragma once
 
 #include "bigint/num.h"

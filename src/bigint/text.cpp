@@ -73,7 +73,7 @@ int cton(const char* text, num* a) {
   if (!fits) {
     a->dec = 0;
     const long long digits = n + (k <= 3 ? k : kPlaces);
-    report(Event::literal_too_long, {.place = text, .needed = digits, .held = digits_held()});
+    report(Event::literal_too_long, {.place = text, .needed = digits, .held = digit_places()});
   }
   return k > 0 ? n + 1 + k : n;
 }

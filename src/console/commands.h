@@ -1,4 +1,5 @@
 // The commands of a line: short forms of letters and punctuation, tried in the order of one table.
+// What a command does to values is done by the rooms below.
 #pragma once
 
 #include "console/run.h"

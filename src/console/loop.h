@@ -1,4 +1,5 @@
-// The command loop's body: one line, looked at and answered.
+// The command loop's body: one line, looked at and answered. Where lines come from, and what runs
+// them one after the other, is not known here.
 #pragma once
 
 #include "console/run.h"

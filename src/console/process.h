@@ -1,4 +1,5 @@
-// A run of the calculator from its start to its end: precision, storage, script, banner, loop.
+// A run of the calculator from its start to its end: precision, storage, script, banner, loop. All
+// that it knows of the outside comes in through Streams.
 #pragma once
 
 #include "base/stream.h"

@@ -76,9 +76,8 @@ int eval_root(Argument& argument, numf* target, int) {
 // Seconds since the epoch, as two limbs.
 int eval_time(Argument&, numf* target, int) {
   const lldiv_t parts = std::lldiv(static_cast<long long>(std::time(nullptr)), kBase);
-  target->c->len = 2;
-  target->c->limbs[target->c->end - 2] = static_cast<Limb>(parts.quot);
-  units(target->c) = static_cast<Limb>(parts.rem);
+  const Limb limbs[] = {static_cast<Limb>(parts.quot), static_cast<Limb>(parts.rem)};
+  set_limbs(target->c, limbs);
   return 0;
 }
 
@@ -97,12 +96,12 @@ int eval_logarithm(Argument& argument, numf* target, int) {
   return 0;
 }
 
-// The second part of ATAN: its numerator, which is 0 when it is no machine integer. No decimal but
-// zero is one, whatever its limbs would read as without the point.
-long long imaginary_part(const num* a) {
+// The second part of ATAN, read from `text`: its numerator, which is 0 when it is no machine
+// integer. No decimal but zero is one, whatever its limbs would read as without the point.
+long long imaginary_part(const num* a, const char* text) {
   int value = 0;
   const bool decimal = a->dec != 0 && has_value(a);
-  if (decimal || ntoi(a, &value) != 0) report(Event::angle_part_too_large);
+  if (decimal || ntoi(a, &value) != 0) report(Event::angle_part_too_large, {.place = text});
   return value;
 }
 
@@ -130,12 +129,13 @@ int read_vector(Argument& argument, numf* target, int depth, long long* x, long 
     return kTooDeep;
   }
   ++nesting;
-  const int count = nread(argument.rest, target, argument_depth(depth));
+  const char* text = argument.rest;
+  const int count = nread(text, target, argument_depth(depth));
   --nesting;
   if (count < 0) return count;
   argument.rest += count;
   *x = argument.a * argument.sign * small_magnitude(target->m, 1);
-  *y = argument.d * imaginary_part(target->c);
+  *y = argument.d * imaginary_part(target->c, text);
   if (separator == '-') *y = -*y;
   rclear(target->c);
   set_one_limb(target->m, 1);
@@ -175,8 +175,9 @@ bool starts_with(const char* text, const char* name) {
 double decimal_magnitude(const num* c) {
   constexpr int kNarrow = FF + 1;
   if (c->len <= kNarrow) {
-    const double integer = c->len == kNarrow ? c->limbs[c->end - kNarrow] : 0;
-    return integer + (c->len >= FF ? c->limbs[c->end - FF] : 0) * 1e-8;
+    const ConstLimbs limbs = in_use(c);
+    const double integer = c->len == kNarrow ? limbs[0] : 0;
+    return integer + (c->len >= FF ? limbs[limbs.size() - FF] : 0) * 1e-8;
   }
   if (magnitude(c).size() > kMostLimbs) return HUGE_VAL;
   char text[(kMostLimbs + 1) * kLimbDigits];
@@ -242,11 +243,11 @@ int skip_unknown(const char* text) {
 }  // namespace
 
 int func(const char* text, numf* target, int depth) {
-  place_in_hand = text;
   for (const Builtin& builtin : kBuiltins) {
     if (!starts_with(text, builtin.name)) continue;
     Argument argument;
     int status = read_argument(text + std::strlen(builtin.name), target, depth, argument);
+    place_in_hand = text;
     if (status >= 0) status = builtin.evaluate(argument, target, depth);
     if (status < 0) return status;
     if (*argument.rest == '.') {

@@ -1,4 +1,5 @@
-// Functions and constants named by letters. Angles are in degrees.
+// Functions and constants named by letters. Angles are in degrees. Where a value has no exact form
+// it is a decimal of six places, or the text of eleven that a constant has.
 #pragma once
 
 #include "fraction/numf.h"

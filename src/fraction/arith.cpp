@@ -70,10 +70,7 @@ void short_sum(numf* r, const numf* x, const numf* y) {
     clear(c);
     return;
   }
-  const Limb size = static_cast<Limb>(std::abs(total));
-  c->len = size < kBase ? 1 : 2;
-  places(c, c->len)[0] = 1;
-  units(c) = size < kBase ? size : size - kBase;
+  iton(c, std::abs(total));
   c->sign = total > 0 ? 1 : -1;
   c->shift = c->dec = 0;
 }
@@ -217,7 +214,6 @@ int ndiv(numf* r, numf* x, numf* y) {
 
 int ncton(const char* text, numf* f) {
   const int n = cton(text, f->c);
-  if (f->fl != 0) return n;
   clear(f->m);
   set_one_limb(f->m, static_cast<Limb>(f->c->dden));
   f->c->shift = 0;

@@ -25,7 +25,7 @@ int nprod(numf* r, numf* x, numf* y);
 // one, cut once to 16 places.
 [[nodiscard]] int ndiv(numf* r, numf* x, numf* y);
 
-// Reads the number literal at `text` into f, in lowest terms unless f.fl is set; returns the
+// Reads the number literal at `text` into f, in lowest terms; returns the
 // characters consumed, as cton counts them.
 int ncton(const char* text, numf* f);
 

@@ -1,7 +1,9 @@
 // The words of a cell are limbs of its variable's numerator array, read as signed numbers.
 #include "fraction/cells.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
 #include "base/characters.h"
 #include "base/precision.h"
@@ -39,8 +41,7 @@ void write_cell(int v, int k, const Cell& cell) {
 Cell pack_cell(const numf& value) {
   if (!has_value(value.c)) return {0, 0, 0};
   std::int32_t words[NN] = {0, 0, 0};
-  for (int i = 1; i <= value.c->len; ++i)
-    words[NN - i] = as_signed(value.c->limbs[value.c->end - i]);
+  std::ranges::transform(in_use(value.c), std::end(words) - value.c->len, as_signed);
   if (as_signed(units(value.m)) > 1) words[0] = -as_signed(units(value.m));
   if (value.c->dec == FF) words[1] = -words[1];
   if (value.c->sign < 0) words[2] = words[2] == 0 ? -1 : -words[2];
@@ -56,16 +57,16 @@ void unpack_cell(const Cell& cell, numf* f) {
   std::int64_t rest = low;
   const std::int64_t above[NN] = {0, middle, cell.top > 0 ? cell.top : 0};
   int len = cell.top > 0 ? 3 : (middle != 0 ? 2 : 1);
-  num* c = f->c;
-  for (int i = 1; i <= NN; ++i) {
-    if (i > 1) rest += above[i - 1];
-    places(c, i)[0] = static_cast<Limb>(rest % kBase);
+  Limb limbs[NN];
+  for (int i = 0; i < NN; ++i) {
+    rest += above[i];
+    limbs[NN - 1 - i] = static_cast<Limb>(rest % kBase);
     rest /= kBase;
-    if (places(c, i)[0] != 0 && len < i) len = i;
+    if (limbs[NN - 1 - i] != 0) len = std::max(len, i + 1);
   }
-  c->len = len;
-  c->sign = cell.low < 0 ? -1 : 1;
-  if (cell.middle < 0) c->dec = FF;
+  set_limbs(f->c, ConstLimbs(limbs).last(static_cast<std::size_t>(len)));
+  f->c->sign = cell.low < 0 ? -1 : 1;
+  if (cell.middle < 0) f->c->dec = FF;
 }
 
 }  // namespace tivelo

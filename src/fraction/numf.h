@@ -10,7 +10,6 @@ namespace tivelo {
 struct numf {
   num* c = nullptr;  // numerator
   num* m = nullptr;  // denominator; 1 for integers and for values in decimal mode
-  int fl = 0;        // non-zero: ncton keeps a literal as read and forms no denominator
 
   numf() = default;
   numf(num* numerator, num* denominator) : c(numerator), m(denominator) {}

@@ -31,10 +31,7 @@ void print_decimal(const numf& value, char* text, Out& to) {
   rncopy(c, value.c);
   rncopy(m, value.m);
   if (!is_one(m)) nreduct(c, m);
-  while (c->len < FF) {
-    ++c->len;
-    in_use(c)[0] = 0;
-  }
+  pad(c, FF);
   put_number(to, c, text);
 }
 
@@ -115,7 +112,8 @@ void print_fraction(const numf& value, char* text, int digits, Out& to) {
 void print_variable(int v, char* text, int digits, Out& to) {
   const numf& value = M[v];
   if (digits == 0) return;
-  print(to, "%c=%s", 'A' + v, value.c->sign == 1 ? " " : "-");
+  const char head[] = {static_cast<char>('A' + v), '=', value.c->sign == 1 ? ' ' : '-'};
+  put(to, {head, sizeof head});
   if (value.c->dec != FF && !is_one(value.m)) return print_fraction(value, text, digits, to);
   if (value.c->dec == FF) {
     print_decimal(value, text, to);

@@ -1,4 +1,4 @@
-// A variable or one of its cells as the text that the user sees.
+// A variable or one of its cells as the text that the user sees. Nothing is changed by being shown.
 #pragma once
 
 #include "base/stream.h"

@@ -6,10 +6,9 @@
 #include <algorithm>
 #include <fstream>
 #include <sstream>
-#include <stdexcept>
 #include <utility>
 
-#include "lines/feed.h"
+#include "support/folder.h"
 #include "support/program.h"
 
 namespace tivelo::tests {
@@ -33,7 +32,6 @@ std::size_t unescape(const std::string& text, std::size_t at, std::string& to) {
   }
   if (c == '{') {  // \{TEXT*COUNT}
     const std::size_t star = text.find('*', at), end = text.find('}', star);
-    if (end == std::string::npos) throw std::invalid_argument("\\{ without its * or }");
     for (int i = std::stoi(text.substr(star + 1)); i > 0; --i)
       to.append(text, at + 2, star - at - 2);
     return end + 1;
@@ -42,9 +40,10 @@ std::size_t unescape(const std::string& text, std::size_t at, std::string& to) {
   return at + 2;
 }
 
-// Splits what follows a command at what was typed: that begins after "? " or \> and ends with the
-// line.
-void read_body(Step& step, const std::string& body) {
+// Splits what follows a command, at first all in `printed`, at what was typed: that begins after
+// "? " or \> and ends with the line.
+void part(Step& step) {
+  const std::string body = std::exchange(step.printed, "");
   bool typing = false;
   std::size_t line = 0;  // where the last typed line begins
   for (std::size_t i = 0; i < body.size();) {
@@ -76,20 +75,17 @@ std::vector<Step> read_session(const fs::path& file) {
   std::ifstream in(file, std::ios::binary);
   bool inside = file.extension() == ".session";
   std::vector<Step> steps(1);  // the first one takes what stands before the first command
-  std::string body;
-  const auto finish = [&] { read_body(steps.back(), std::exchange(body, "")); };
   for (std::string line; std::getline(in, line);) {
     if (line.starts_with("```")) {
       inside = line == "```session";
     } else if (inside && line.starts_with("$ ")) {
-      finish();
       steps.push_back({line.substr(2), "", ""});
     } else if (inside) {
-      body += line + "\n";
+      steps.back().printed += line + "\n";
     }
   }
-  finish();
   steps.erase(steps.begin());
+  std::ranges::for_each(steps, part);
   return steps;
 }
 

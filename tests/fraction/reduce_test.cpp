@@ -3,7 +3,7 @@
 #include <climits>
 
 #include "base/precision.h"
-#include "limbs/oracle.h"
+#include "support/oracle.h"
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {
@@ -124,24 +124,17 @@ TEST_F(ReduceTest, Rows) {
       5 : 0 : 0 : 5 : 0;  : 5 : 0 :  : 5;  :  : 0;  1 0 : 0 : 0 : 1 0 : 0;  1 0 : 1 : 0 : 1 0 : 1
       1234 56789012 : -1234 56789012 : 0 : 1 : -1;  32 21225472 : 3 : 1 : 10 73741824 : 1
       -2 : 1234 56789012 : 1 : -1 : 617 28394506;  20 99999999 0 : 20 99999999 : 1 : 1 0 : 1
-      320 96 32 : 10 3 1 : - : 32 : 1;  0 6 0 : 0 0 4 : 4 : 1 50000000 : 1
-      0 2 : 0 1 : 1 : 2 : 1;  -0 6 : 0 1 : 1 : -6 : 1;  0 101 : 0 1 : 1 : 0 101 : 1
-      0 0 0 0 20 : 10 : 1 : 2 : 1;  0 6 : 5 : 1 : 6 : 5
-      1 50000000 0 d2 : 4 : 1 : 37500000 0 d2 : 1
-      -1 50000000 1 d2 : 1 0 : 1 : -1 50000000 d2 : 1
-      33333333*200 : 99999999*200 : - : 1 : 3)")) {
+      320 96 32 : 10 3 1 : - : 32 : 1;  0 6 0 : 0 0 4 : 4 : 1 50000000 : 1;  0 2 : 0 1 : 1 : 2 : 1
+      -0 6 : 0 1 : 1 : -6 : 1;  0 101 : 0 1 : 1 : 0 101 : 1;  0 0 0 0 20 : 10 : 1 : 2 : 1
+      0 6 : 5 : 1 : 6 : 5;  1 50000000 0 d2 : 4 : 1 : 37500000 0 d2 : 1
+      -1 50000000 1 d2 : 1 0 : 1 : -1 50000000 d2 : 1;  33333333*200 : 99999999*200 : - : 1 : 3)")) {
     const int result = nreduct(set(Mc[0], row[0]), set(Mc[1], row[1]));
     EXPECT_EQ(row[2] == "-" ? 0 : result, row.number(2)) << row[0] << " / " << row[1];
     EXPECT_EQ(raw(Mc[0]) + " : " + raw(Mc[1]), row[3] + " : " + row[4]);
   }
-  for (const int off : {1, 0}) {
-    ROF[0] = off;
-    nreduct(set(Mc[0], "2469135780246913578024"), set(Mc[1], "2"));
-    EXPECT_EQ(raw(Mc[0]) + raw(Mc[1]),
-              off ? "246913 57802469 135780242" : "123456 78901234 567890121");
-    nreduct(set(Mc[0], "2 0"), set(Mc[1], "2"));
-    EXPECT_EQ(raw(Mc[0]) + "/" + raw(Mc[1]), "1 0/1");
-  }
+  ROF[0] = 1;  // nothing for numbers of two limbs
+  nreduct(set(Mc[0], "2 0"), set(Mc[1], "2"));
+  EXPECT_EQ(raw(Mc[0]) + "/" + raw(Mc[1]), "1 0/1");
   int x = 12;
   EXPECT_EQ(nreducti(set(Mc[0], "-5 0"), &x), 4);
   EXPECT_EQ(raw(Mc[0]) + "/" + std::to_string(x), "-1 25000000/3");

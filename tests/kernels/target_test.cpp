@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "limbs/oracle.h"
+#include "support/oracle.h"
 
 namespace tivelo::kernels {
 namespace {

@@ -1,7 +1,5 @@
-#include "limbs/multiply.h"
-
 #include "kernels/target.h"
-#include "limbs/oracle.h"
+#include "support/engine.h"
 
 namespace tivelo::limbs {
 namespace {
@@ -20,7 +18,11 @@ using kernels::transform_length;
 // Runs every test once for each target that this machine has.
 class Multiply : public testing::TestWithParam<const char*> {
  protected:
-  void SetUp() override { ASSERT_TRUE(force_target(GetParam())); }
+  void SetUp() override {
+    ASSERT_TRUE(force_target(GetParam()));
+    ASSERT_FALSE(force_target("none"));
+    ASSERT_STREQ(target().name, GetParam());
+  }
   void TearDown() override { force_target(target_names()[0]); }
 };
 
@@ -32,26 +34,26 @@ std::vector<const char*> names() {
 INSTANTIATE_TEST_SUITE_P(Targets, Multiply, testing::ValuesIn(names()),
                          [](const auto& target) { return std::string(target.param); });
 
-enum class Method { kChosen, kColumns, kTransform, kPrepared };
+Number by_columns(const Number& a, const Number& b) {
+  Number r(a.size() + b.size(), 7);
+  target().multiply_columns(r.data(), b.data(), b.size(), a.data(), a.size());
+  return r;
+}
 
-Number product_by(Method method, const Number& a, const Number& b) {
+Number squared_by_columns(const Number& a) {
+  Number r(2 * a.size(), 7);
+  target().square_columns(r.data(), a.data(), a.size());
+  return r;
+}
+
+Number by_transform(const Number& a, const Number& b, bool prepare_b = false) {
   const Target& t = target();
   Number r(a.size() + b.size(), 7);
-  if (method == Method::kChosen) {
-    Lent lent(multiply_workspace(a.size(), b.size()));
-    multiply(r, a, b, lent.workspace());
-    return r;
-  }
-  if (method == Method::kColumns) {
-    t.multiply_columns(r.data(), b.data(), b.size(), a.data(), a.size());
-    return r;
-  }
   const Shape s = shape_for(product_coefficients(a.size(), b.size()));
-  Lent lent(48 * transform_length(s));
+  LentWorkspace lent(48 * transform_length(s));
   Workspace ws = lent.workspace();
-  double* work =
-      ws.take<double>((method == Method::kTransform ? 4 : 3) * transform_length(s)).data();
-  if (method == Method::kTransform) {
+  double* work = ws.take<double>((prepare_b ? 3 : 4) * transform_length(s)).data();
+  if (!prepare_b) {
     t.multiply_transform(r.data(), a.data(), a.size(), b.data(), b.size(), s, work);
     return r;
   }
@@ -61,20 +63,12 @@ Number product_by(Method method, const Number& a, const Number& b) {
   return r;
 }
 
-Number square_by(Method method, const Number& a) {
-  const Target& t = target();
+Number squared_by_transform(const Number& a) {
   Number r(2 * a.size(), 7);
-  if (method == Method::kChosen) {
-    Lent lent(multiply_workspace(a.size(), a.size()));
-    square(r, a, lent.workspace());
-  } else if (method == Method::kColumns) {
-    t.square_columns(r.data(), a.data(), a.size());
-  } else {
-    const Shape s = shape_for(product_coefficients(a.size(), a.size()));
-    Lent lent(24 * transform_length(s));
-    double* work = lent.workspace().take<double>(3 * transform_length(s)).data();
-    t.square_transform(r.data(), a.data(), a.size(), s, work);
-  }
+  const Shape s = shape_for(product_coefficients(a.size(), a.size()));
+  LentWorkspace lent(24 * transform_length(s));
+  double* work = lent.workspace().take<double>(3 * transform_length(s)).data();
+  target().square_transform(r.data(), a.data(), a.size(), s, work);
   return r;
 }
 
@@ -82,17 +76,17 @@ Number square_by(Method method, const Number& a) {
 void expect_products(const Number& a, const Number& b) {
   SCOPED_TRACE(testing::Message() << a.size() << " x " << b.size());
   const Number expected = run_of(big(a) * big(b), a.size() + b.size());
-  const Number square = run_of(big(b) * big(b), 2 * b.size());
-  ASSERT_EQ(product_by(Method::kChosen, a, b), expected);
-  ASSERT_EQ(product_by(Method::kChosen, b, a), expected);
-  ASSERT_EQ(product_by(Method::kTransform, a, b), expected);
-  ASSERT_EQ(product_by(Method::kPrepared, a, b), expected);
+  const Number squared = run_of(big(b) * big(b), 2 * b.size());
+  ASSERT_EQ(product_of(a, b), expected);
+  ASSERT_EQ(product_of(b, a), expected);
+  ASSERT_EQ(by_transform(a, b), expected);
+  ASSERT_EQ(by_transform(a, b, true), expected);
   if (b.size() <= kMaxColumn) {
-    ASSERT_EQ(product_by(Method::kColumns, a, b), expected);
-    ASSERT_EQ(square_by(Method::kColumns, b), square);
+    ASSERT_EQ(by_columns(a, b), expected);
+    ASSERT_EQ(squared_by_columns(b), squared);
   }
-  ASSERT_EQ(square_by(Method::kChosen, b), square);
-  ASSERT_EQ(square_by(Method::kTransform, b), square);
+  ASSERT_EQ(square_of(b), squared);
+  ASSERT_EQ(squared_by_transform(b), squared);
 }
 
 // The largest n limbs times the largest m, n >= m, needs no oracle:
@@ -148,18 +142,18 @@ TEST_P(Multiply, LargestOperands) {
   for (const auto& [n, m] : shapes) {
     const Number a(n, kBase - 1);
     const Number b(m, kBase - 1);
-    expect_largest(n, m, product_by(Method::kChosen, a, b));
+    expect_largest(n, m, product_of(a, b));
     if (m <= kMaxColumn) {
-      expect_largest(n, m, product_by(Method::kColumns, a, b));
-      expect_largest(m, m, square_by(Method::kColumns, b));
+      expect_largest(n, m, by_columns(a, b));
+      expect_largest(m, m, squared_by_columns(b));
     }
-    expect_largest(n, m, product_by(Method::kTransform, a, b));
-    expect_largest(n, n, square_by(Method::kTransform, a));
+    expect_largest(n, m, by_transform(a, b));
+    expect_largest(n, n, squared_by_transform(a));
     Number power(m);
     power[0] = 1;
     Number moved(n + m);
     std::copy(a.begin(), a.end(), moved.begin() + 1);
-    ASSERT_EQ(product_by(Method::kChosen, a, power), moved);
+    ASSERT_EQ(product_of(a, power), moved);
     if (HasFatalFailure()) return;
   }
 }
@@ -168,8 +162,8 @@ TEST_P(Multiply, LargestOperands) {
 TEST(MultiplyTargets, LongestOperands) {
   const std::size_t n = 3500000;
   const Number a(n, kBase - 1);
-  expect_largest(n, n - 1, product_by(Method::kChosen, a, Number(n - 1, kBase - 1)));
-  expect_largest(n, n, square_by(Method::kChosen, a));
+  expect_largest(n, n - 1, product_of(a, Number(n - 1, kBase - 1)));
+  expect_largest(n, n, square_of(a));
 }
 
 }  // namespace

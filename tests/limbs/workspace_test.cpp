@@ -3,13 +3,13 @@
 #include <cstdint>
 #include <vector>
 
-#include "limbs/oracle.h"
+#include "support/oracle.h"
 
 namespace tivelo {
 namespace {
 
 TEST(WorkspaceTest, LendsAllOfIt) {
-  Lent lent(192);
+  LentWorkspace lent(192);
   Workspace ws = lent.workspace();
   const std::span<Limb> first = ws.take<Limb>(17);
   const std::span<double> second = ws.take<double>(8);
@@ -23,7 +23,7 @@ TEST(WorkspaceTest, LendsAllOfIt) {
 // Also in a build without asserts: by an element, by far, and where the bytes wrap around to few.
 TEST(WorkspaceTest, TakingMoreEndsTheProgram) {
   for (const std::size_t n : {std::size_t{33}, std::size_t{1} << 40, ~std::size_t{0}}) {
-    Lent lent(128);
+    LentWorkspace lent(128);
     EXPECT_EXIT(lent.workspace().take<Limb>(n), testing::ExitedWithCode(4),
                 "tivelo: internal error: workspace exceeded: ")
         << n;

@@ -2,15 +2,13 @@
 
 #include <sstream>
 
-#include "base/precision.h"
 #include "eval/calc.h"
-#include "eval/stepwise.h"
+#include "fraction/stepwise.h"
 
 namespace tivelo::tests {
 namespace {
 
 const std::string kPlaces = "0000000000000000";
-std::string channels[2];  // console, explanations
 
 void append_limbs(std::vector<Limb>& limbs, std::string token) {
   const std::size_t star = std::min(token.find('*'), token.size());
@@ -18,17 +16,6 @@ void append_limbs(std::vector<Limb>& limbs, std::string token) {
   token = kPlaces.substr(0, (8 - star % 8) % 8) + token.substr(0, star);
   for (std::size_t i = 0; i < token.size() * static_cast<unsigned>(times); i += 8)
     limbs.push_back(static_cast<Limb>(std::stoul(token.substr(i % token.size(), 8))));
-}
-
-std::unique_ptr<Out> into(std::string& text) {
-  auto out = std::make_unique<Out>();
-  out->drain = [](void* context, const char* data, std::size_t size) {
-    static_cast<std::string*>(context)->append(data, size);
-    return true;
-  };
-  out->context = &text;
-  text.clear();
-  return out;
 }
 
 }  // namespace
@@ -102,11 +89,6 @@ std::string value(const numf& f) {
   return (f.c->sign < 0 ? "-" : "") + text + (m == 1 ? "" : "/" + m.get_str());
 }
 
-const std::string& Row::operator[](std::size_t i) const {
-  static const std::string none;
-  return i < all.size() ? all[i] : none;
-}
-
 std::vector<Row> table(const std::string& text) {
   std::vector<Row> rows(1);
   std::string field;
@@ -142,42 +124,13 @@ void each_alias(const std::string& x, const std::string& y, const std::function<
   }
 }
 
-PoolTest::PoolTest() : console_(into(channels[0])), explanations_(into(channels[1])) {
-  console = console_.get();
-  explanations = explanations_.get();
-  use_precision(0);
-}
-
-PoolTest::~PoolTest() {
-  release(numbers_);
-  console = explanations = nullptr;
-  ROF[0] = 0;
-}
-
-void PoolTest::use_precision(int digit) {
-  release(numbers_);
-  choose_precision(digit);
-  numbers_ = reserve_numbers();
-  wire_variables();
-}
-
-std::string PoolTest::printed() {
-  flush(*console);
-  return std::exchange(channels[0], "");
-}
-
-std::string PoolTest::explained() {
-  flush(*explanations);
-  return std::exchange(channels[1], "");
-}
-
 void PoolTest::evaluate(const std::string& rows) {
   for (const Row& row : table(rows)) {
     SCOPED_TRACE(row[0]);
-    const bool other = row[1].starts_with('=');
-    if (other) calc(row[1].c_str() + 1, &Cn, 1);
-    const std::string expected = other ? value(Cn) : row[1];
-    const std::vector<char> text(row[0].c_str(), row[0].c_str() + row[0].size() + 1);
+    std::string expected = row[1];
+    if (expected[0] == '=' && calc(&expected[1], &Cn, 1) > 0) expected = value(Cn);
+    std::vector<char> text(row.all[0].begin(), row.all[0].end());
+    text.push_back('\0');
     grant_steps();
     const int consumed = calc(text.data(), &Cn, 1);
     EXPECT_EQ(value(Cn), expected);

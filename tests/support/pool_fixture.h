@@ -8,13 +8,8 @@
 #include <gmpxx.h>
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <memory>
-
-#include "base/report.h"
 #include "bigint/pool.h"
-#include "console/storage.h"
-#include "fraction/numf.h"
+#include "support/calculator.h"
 
 namespace tivelo::tests {
 
@@ -32,7 +27,7 @@ std::string value(const numf& f);  // without leading zeros, a decimal with 16 p
 // One row of a table: fields between ':', rows between ';' or line ends. A missing field is empty.
 struct Row {
   std::vector<std::string> all = {};
-  const std::string& operator[](std::size_t i) const;
+  std::string operator[](std::size_t i) const { return i < all.size() ? all[i] : ""; }
   int number(std::size_t i) const { return std::atoi((*this)[i].c_str()); }
 };
 std::vector<Row> table(const std::string& text);
@@ -49,22 +44,11 @@ inline constexpr int kNotAllowed = 99;  // what op answers when it may not be ca
 void each_alias(const std::string& x, const std::string& y, const std::function<int(Call&)>& op,
                 const std::function<void(Call&, int status)>& check);
 
-class PoolTest : public ::testing::Test {
+class PoolTest : public ::testing::Test, public Pool {
  public:
-  PoolTest();
-  ~PoolTest() override;
-
-  void use_precision(int digit);
-  static std::string printed();    // on the console since the last call
-  static std::string explained();  // on the other channel
-
   // Rows of text : value ("=..." is the value of another text) : "err" or what else is printed :
   // what calc returns, by default all of the text and its zero.
   static void evaluate(const std::string& rows);
-
- private:
-  Region numbers_;
-  std::unique_ptr<Out> console_, explanations_;
 };
 
 }  // namespace tivelo::tests

@@ -5,13 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <sstream>
+#include "support/folder.h"
 
 namespace tivelo::tests {
 namespace {
-
-constexpr unsigned kSeconds = 60;  // a run that takes longer hangs
 
 std::vector<char*> pointers(const std::vector<std::string>& texts) {
   std::vector<char*> all;
@@ -31,11 +28,11 @@ Outcome run(const Start& start) {
     redirect(0, "typed", O_RDONLY);
     redirect(1, "out", O_WRONLY | O_CREAT | O_TRUNC);
     redirect(2, "err", O_WRONLY | O_CREAT | O_TRUNC);
-    alarm(kSeconds);
+    alarm(60);  // a run that takes longer hangs
     start.spoil();
     std::vector<char*> own;
-    if (start.environment) own = pointers(*start.environment);
-    execve(TIVELO_PROGRAM, pointers(args).data(), start.environment ? own.data() : environ);
+    if (start.environment) environ = (own = pointers(*start.environment)).data();
+    execv(TIVELO_PROGRAM, pointers(args).data());
     _exit(127);
   }
   int state = 0;
@@ -49,16 +46,6 @@ std::string output(const Start& start) {
   EXPECT_EQ(outcome.status, 0) << start.typed.substr(0, 99);
   EXPECT_EQ(outcome.err, "");
   return outcome.out;
-}
-
-std::string content(const std::string& file) {
-  std::ostringstream text;
-  text << std::ifstream(file, std::ios::binary).rdbuf();
-  return text.str();
-}
-
-void write(const std::string& file, const std::string& text) {
-  std::ofstream(file, std::ios::binary) << text;
 }
 
 void redirect(int descriptor, const char* file, int flags) {

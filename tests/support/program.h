@@ -25,9 +25,6 @@ struct Outcome {
 Outcome run(const Start& start);
 std::string output(const Start& start);  // of a run that must end well and leave no other word
 
-std::string content(const std::string& file);
-void write(const std::string& file, const std::string& text);
-
 // In the child: makes the file the descriptor's.
 void redirect(int descriptor, const char* file, int flags);
 

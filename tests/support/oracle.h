@@ -1,5 +1,5 @@
-// What the tests of limbs/ share: edge-leaning random operands, and GMP as the oracle, spoken to
-// in decimal text so that neither side knows the other's representation.
+// GMP as the oracle, spoken to in decimal text so that neither side knows the other's
+// representation; edge-leaning random operands, and memory to lend.
 #pragma once
 
 #include <gmpxx.h>
@@ -24,12 +24,14 @@ inline std::string text_of(ConstLimbs a) {
   return text;
 }
 
-inline mpz_class big(std::string digits) {
-  digits.insert(digits.begin(), '0');
-  return mpz_class(digits, 10);
-}
-
+inline mpz_class big(const std::string& digits) { return mpz_class("0" + digits, 10); }
 inline mpz_class big(ConstLimbs a) { return big(text_of(a)); }
+
+inline mpz_class power_of_base(std::size_t limbs) {
+  mpz_class power;
+  mpz_ui_pow_ui(power.get_mpz_t(), kBase, limbs);
+  return power;
+}
 
 // The limbs of a number at least zero.
 inline std::size_t length_of(const mpz_class& x) {
@@ -42,9 +44,8 @@ inline Number run_of(const mpz_class& value, std::size_t size) {
   if (size == 0) return {};
   text.insert(0, 8 * size - text.size(), '0');
   Number run(size);
-  for (std::size_t i = 0; i < size; ++i) {
+  for (std::size_t i = 0; i < size; ++i)
     run[i] = static_cast<Limb>(std::stoul(text.substr(8 * i, 8)));
-  }
   return run;
 }
 
@@ -80,13 +81,13 @@ class Operands {
 };
 
 // Aligned memory of exactly the size a function states, so that taking more ends the test program.
-class Lent {
+class LentWorkspace {
  public:
-  explicit Lent(std::size_t size)
+  explicit LentWorkspace(std::size_t size)
       : size_(size), data_(static_cast<std::byte*>(::operator new (size, std::align_val_t{64}))) {}
-  ~Lent() { ::operator delete (data_, std::align_val_t{64}); }
-  Lent(const Lent&) = delete;
-  Lent& operator=(const Lent&) = delete;
+  ~LentWorkspace() { ::operator delete (data_, std::align_val_t{64}); }
+  LentWorkspace(const LentWorkspace&) = delete;
+  LentWorkspace& operator=(const LentWorkspace&) = delete;
   Workspace workspace() { return {data_, size_}; }
 
  private:

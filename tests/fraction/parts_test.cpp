@@ -1,5 +1,4 @@
 #include "fraction/decimal.h"
-
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {
@@ -9,8 +8,8 @@ using DecimalTest = PoolTest;
 TEST_F(DecimalTest, Shifts) {
   // number : digits, limbs (down) or decimal : status : result
   for (const Row& row : table(R"(
-      5 : 3 : 1 : 5000;  -5 : 8 : 1 : -5 0;  5 d2 : 16 : 1 : 5 0 0 d2;  5 6 : 0 : 0 : 5 6
-      : 3 : 1;  99999999 : 1 : 1 : 9 99999990;  99999999 1 : 15 : 1 : 9999999 90000000 10000000 0
+      5 : 3 : 1 : 5000;  -5 : 8 : 1 : -5 0;  5 d2 : 16 : 1 : 5 0 0 d2;  5 6 : 0 : 0 : 5 6;  : 3 : 1
+      99999999 : 1 : 1 : 9 99999990;  99999999 1 : 15 : 1 : 9999999 90000000 10000000 0
       99999999*199 : 7 : 1 : 9999999 99999999*198 90000000;  1*199 : 8 : -2;  1*200 : 1 : -2
       1 : 1591 : 1 : 10000000 0*198;  1 : 1592 : -2;  1 : 2147483648 : -2;  1*198 : decimal : -2
       1 0 0 0 : down -2 : -2 : 1 0;  -3 4 5 : down -1 : -1 : -3 4;  7 : down 1 : 1 : 7 0

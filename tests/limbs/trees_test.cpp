@@ -1,0 +1,56 @@
+#include "base/primes.h"
+#include "support/engine.h"
+
+namespace tivelo::limbs {
+namespace {
+
+TEST(Product, FallingAndFactorial) {
+  const std::uint32_t cases[][2] = {{0, 0},         {1, 0},         {1, 1},       {99999999, 1},
+                                    {99999999, 50}, {2, 2},         {24, 24},     {25, 25},
+                                    {1999, 1999},   {2000, 1999},   {1000, 900},  {65536, 3000},
+                                    {99999, 700},   {10000000, 49}, {4001, 4000}, {3999, 3999}};
+  for (const auto& [n, k] : cases) EXPECT_TRUE(multiplies_falling(n, k)) << n << " " << k;
+  for (const std::uint32_t n : {0u, 1u, 2u, 10u, 299u, 300u, 301u, 599u, 600u, 601u, 3999u, 4000u,
+                                4095u, 4096u, 4097u, 8191u, 12345u, 16001u, 30000u})
+    EXPECT_TRUE(finds_factorial(n)) << n;
+}
+
+TEST(Product, Powers) {
+  const Number bases[] = {{},
+                          {1},
+                          {2},
+                          {10},
+                          {99999999},
+                          {1, 0},
+                          {7, 0, 0},
+                          {99999999, 99999999},
+                          Operands(6).number(9)};
+  for (const Number& base : bases)
+    for (std::uint32_t n = 0; n < 70; ++n)
+      EXPECT_TRUE(raises(base, n)) << text_of(base) << " " << n;
+}
+
+// Primes and odd candidates below the bounds the callers use, and edge moduli in any order, under
+// numbers on both sides of every change of method; some are divisible by many of the moduli.
+void lists_of_moduli() {
+  const auto all = primes_below_65536();
+  const std::vector<std::uint32_t> primes(all.begin(), all.end());
+  std::vector<std::uint32_t> odd;
+  for (std::uint32_t p = 3; p < 9998; p += 2) odd.push_back(p);
+  const std::vector<std::uint32_t> lists[] = {
+      {},  {7},    {1, 65535, 1, 65535, 2, 3},        {65535, 65535, 65535},
+      odd, primes, std::vector<std::uint32_t>(300, 2)};
+  Operands operands(7);
+  for (const auto& moduli : lists) {
+    for (const std::size_t na : {0u, 1u, 15u, 16u, 33u, 256u, 257u, 700u, 2600u, 4200u, 9000u}) {
+      Number a = operands.number(na);
+      if (na > 2 && operands.below(2) == 0) a[na - 1] = a[na - 2] = 0;
+      ASSERT_TRUE(finds_remainders(a, moduli)) << na << " by " << moduli.size();
+    }
+  }
+}
+
+TEST(Remainders, OfListsOfModuli) { on_every_target(lists_of_moduli); }
+
+}  // namespace
+}  // namespace tivelo::limbs
