@@ -50,7 +50,7 @@ lintian --allow-root --fail-on error,warning "build/$package"
 # An empty root. Who is not root becomes it in a name space of their own.
 root=$work/root
 as_root() { if [ "$(id -u)" -eq 0 ]; then "$@"; else unshare -r "$@"; fi; }
-manage() { PATH=$PATH:/usr/sbin:/sbin as_root dpkg --root="$root" "$@" >>"$work/dpkg.log"; }
+manage() { PATH=$PATH:/usr/sbin:/sbin as_root dpkg --root="$root" --log="$work/dpkg.log" "$@" >>"$work/dpkg.out"; }
 inside() { as_root chroot "$root" /usr/bin/tivelo "$@"; }
 mkdir -p "$root"/var/lib/dpkg/{info,updates}
 touch "$root"/var/lib/dpkg/{status,available}
@@ -64,9 +64,9 @@ if [ "$(inside -e '2^200' </dev/null)" != $value ]; then
   printed=$(echo '2^200' | inside)
   [[ $printed == *"? T= $value "* ]] || fault "it does not run in an empty root"
 fi
-zcat "$root/usr/share/man/man1/tivelo.1.gz" >"$work/page"
-mandoc -T lint "$work/page"
-[[ $(mandoc -T ascii "$work/page" | col -b) == *'tivelo - exact calculator'* ]] || fault "no manual page"
+zcat "$root/usr/share/man/man1/tivelo.1.gz" >"$work/tivelo.1"
+mandoc -T lint "$work/tivelo.1"
+[[ $(mandoc -T ascii "$work/tivelo.1" | col -b) == *'tivelo - exact calculator'* ]] || fault "no manual page"
 manage --purge tivelo
 left=$(find "$root" -mindepth 1 ! -path "$root/var*")
 [ -z "$left" ] || fault "left behind: $left"
