@@ -7,7 +7,9 @@ export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$JOBS}
 export CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL:-$JOBS}
 
 declare -A PACKAGE=([clang++]=clang [gtest/gtest.h]=libgtest-dev [gmp.h]=libgmp-dev
-                    [benchmark/benchmark.h]=libbenchmark-dev [/usr/share/i18n/locales]=locales)
+                    [benchmark/benchmark.h]=libbenchmark-dev [/usr/share/i18n/locales]=locales
+                    [aarch64-linux-gnu-g++]=g++-aarch64-linux-gnu [qemu-aarch64]=qemu-user
+                    [dpkg-deb]=dpkg [apt-get]=apt)
 
 have() {
   case $1 in

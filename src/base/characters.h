@@ -10,7 +10,7 @@ namespace tivelo {
 
 inline bool is_digit(char c) { return c >= '0' && c <= '9'; }
 inline bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
-inline bool is_control(char c) { return (c >= 0 && c < ' ') || c == 127; }
+inline bool is_control(char c) { return static_cast<unsigned char>(c) < ' ' || c == 127; }
 
 // What becomes of one character of a line that is cleaned: kept, as it is or as a capital; dropped;
 // kept with all that follows; the end of the line; or the line is rejected for it.
