@@ -59,11 +59,7 @@ manage --install "build/$package"
 manage --verify tivelo
 [ -n "$(find "$root/usr" -name '*.so*' -o -path '*/bin/*' ! -name tivelo)" ] && fault "not empty"
 value=1606938044258990275541962092341162602522202993782792835301376
-if [ "$(inside -e '2^200' </dev/null)" != $value ]; then
-  # The console, as long as there is no option -e.
-  printed=$(echo '2^200' | inside)
-  [[ $printed == *"? T= $value "* ]] || fault "it does not run in an empty root"
-fi
+[ "$(inside -e '2^200')" = $value ] || fault "it does not run in an empty root"
 zcat "$root/usr/share/man/man1/tivelo.1.gz" >"$work/tivelo.1"
 mandoc -T lint "$work/tivelo.1"
 [[ $(mandoc -T ascii "$work/tivelo.1" | col -b) == *'tivelo - exact calculator'* ]] || fault "no manual page"

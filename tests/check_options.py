@@ -16,10 +16,8 @@ BASH = [(["-"], None), (["-p", "6", "-"], None), (["-e", "-p", "-"], None), (["-
 
 
 def of_help(program):
-    """The options that begin a line of the help, or None of a program that has no help yet."""
-    run = subprocess.run([program, "--help"], stdin=subprocess.DEVNULL, capture_output=True, text=True)
-    if run.returncode != 0 or "--help" not in run.stdout:
-        return None
+    """The options that begin a line of the help."""
+    run = subprocess.run([program, "--help"], capture_output=True, text=True, check=True)
     heads = re.findall(r"^ *(-.*?)(?:  |$)", run.stdout, re.M)
     return {option for head in heads for option in OPTION.findall(head)}
 
@@ -51,7 +49,7 @@ def of_bash(words):
 
 
 def main():
-    wanted = of_help(sys.argv[1]) or of_page()
+    wanted = of_help(sys.argv[1])
     checks = [("the man page", of_page(), wanted), ("completions/_tivelo", of_zsh(), wanted),
               ("completions/tivelo.fish", of_fish(), wanted)]
     for words, offered in BASH:
