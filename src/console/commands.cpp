@@ -5,6 +5,7 @@
 #include <array>
 #include <climits>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "base/characters.h"
@@ -99,7 +100,10 @@ Flow input(Run& run, const char** at) {
   const int v = form[0] - 'A';
   const int k = to_cell ? form[1] - '0' : -1;
   put(*answers, colon + 1);
-  if (getsn(run.line_area, ISS * kLimbDigits) == nullptr) {
+  typed_input->keep = false;
+  const char* answer = getsn(run.line_area, ISS * kLimbDigits);
+  typed_input->keep = true;
+  if (answer == nullptr) {
     put(*answers, "\n");
     return Flow::quit;
   }
@@ -278,6 +282,10 @@ Flow run_command(Run& run, const char** at) {
     if (flow != Flow::fall_on) return flow;
   }
   return Flow::fall_on;
+}
+
+std::string_view command_mark(std::size_t i) {
+  return i < std::size(kCommands) ? kCommands[i].mark : std::string_view();
 }
 
 }  // namespace tivelo

@@ -1,6 +1,9 @@
 // The commands of a line: short forms of letters and punctuation, tried in the order of one table.
 #pragma once
 
+#include <cstddef>
+#include <string_view>
+
 #include "console/run.h"
 
 namespace tivelo {
@@ -8,5 +11,8 @@ namespace tivelo {
 // Tries the commands at *at. fall_on means that the line goes on at *at as an expression; any other
 // answer, that a command has taken the rest of the line.
 Flow run_command(Run& run, const char** at);
+
+// What the i-th command begins with; empty behind the last one.
+std::string_view command_mark(std::size_t i);
 
 }  // namespace tivelo

@@ -184,7 +184,7 @@ char* getsn(char* buf, int n) {
   // What the line discipline of a terminal passes of one line at most.
   constexpr std::size_t kTerminalLine = 4095;
   if (!read_line(*typed_input, *answers, buf, static_cast<std::size_t>(n))) return nullptr;
-  if (typed_input->terminal && std::strlen(buf) == kTerminalLine)
+  if (typed_input->terminal && !typed_input->edited && std::strlen(buf) == kTerminalLine)
     report(Event::terminal_line_full, {.needed = kTerminalLine});
   return buf;
 }

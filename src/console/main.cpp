@@ -5,6 +5,7 @@
 
 #include <csignal>
 
+#include "console/editor.h"
 #include "console/process.h"
 
 namespace {
@@ -39,5 +40,8 @@ int main(int argc, char** argv) {
   typed.terminal = ::isatty(input) != 0;
   const bool read = ::isatty(errors) != 0;
   const tivelo::Streams streams{&typed, &answers, read ? &told : nullptr, &told};
-  return tivelo::run_calculator(argc > 0 ? argc - 1 : 0, argv + 1, streams);
+  tivelo::attach_editor(typed, answers, told, true);
+  const int status = tivelo::run_calculator(argc > 0 ? argc - 1 : 0, argv + 1, streams);
+  tivelo::detach_editor();
+  return status;
 }
