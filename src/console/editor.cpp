@@ -161,12 +161,12 @@ unsigned char insert_typed(EditLine* el, wint_t first) {
 unsigned char ignore_key(EditLine*, wint_t) { return CC_NORM; }
 
 void list(EditLine* el, const Completion& found) {
-  std::fputs("\r\n", screen);
+  std::fputs("\n", screen);
   const std::size_t shown = std::min(found.count, Completion::kShown);
   for (std::size_t i = 0; i < shown; ++i)
     std::fprintf(screen, "%s%s", found.names[i], i + 1 < shown ? "  " : "");
   if (found.count > shown) std::fprintf(screen, "  and %zu more", found.count - shown);
-  std::fputs("\r\n", screen);
+  std::fputs("\n", screen);
   el_wset(el, EL_REFRESH);
 }
 
@@ -286,7 +286,7 @@ bool edit_line() {
   if (editor != nullptr || start_editor()) {
     prepare_prompt();
     text = el_wgets(editor, &size);
-    if (text == nullptr && cancelled) std::fputs("^C\r\n", screen);
+    if (text == nullptr && cancelled) std::fputs("^C\n", screen);
     std::fflush(screen);
     tail_size = tail_width = 0;
   }
@@ -316,7 +316,7 @@ long fill_edited(void* context, char* data, std::size_t size) {
 }  // namespace
 
 void attach_editor(In& typed, Out& answers, Out& told, bool history) {
-  if (::isatty(kTerminal) == 0 || ::isatty(STDOUT_FILENO) == 0) return;
+  if (!typed.terminal || ::isatty(STDOUT_FILENO) == 0) return;
   const char* kind = std::getenv("TERM");
   if (kind == nullptr || *kind == '\0' || std::strcmp(kind, "dumb") == 0) return;
   history_wanted = history;

@@ -15,10 +15,13 @@ namespace {
 // The file may grow to so many lines before it is cut to kHistoryLines.
 constexpr std::size_t kMostLines = 2 * kHistoryLines;
 
-char path[4096];          // of the file; empty: there is none
+constexpr std::size_t kPath = 4096;
+char path[kPath];         // of the file; empty: there is none
 std::size_t given = 0;    // of the path: what has to be there already
 std::size_t in_file = 0;  // lines in the file, as far as this program knows
 char before[kHistoryLine + 1];
+
+constexpr char kSuffix[] = ".XXXXXX";  // of the new file while it is written
 
 // Writes the file's name into `path`.
 void find_path() {
@@ -33,8 +36,7 @@ void find_path() {
     given = std::strlen(home);
     size = std::snprintf(path, sizeof path, "%s/.local/state/tivelo/history", home);
   }
-  constexpr int kSuffix = 8;  // of the new file while it is written
-  if (size + kSuffix > static_cast<int>(sizeof path)) path[0] = '\0';
+  if (size >= static_cast<int>(sizeof path)) path[0] = '\0';
 }
 
 // Makes the folders of the path that are missing.
@@ -84,8 +86,8 @@ void shorten() {
   std::size_t lines = 0;
   while (read_kept(file, line)) ++lines;
   std::rewind(file);
-  char fresh[sizeof path];
-  std::snprintf(fresh, sizeof fresh, "%s.XXXXXX", path);
+  char fresh[kPath + sizeof kSuffix];
+  std::snprintf(fresh, sizeof fresh, "%s%s", path, kSuffix);
   const int descriptor = ::mkstemp(fresh);
   std::FILE* to = descriptor >= 0 ? ::fdopen(descriptor, "w") : nullptr;
   if (to != nullptr) {
