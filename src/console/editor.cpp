@@ -286,7 +286,10 @@ bool edit_line() {
   if (editor != nullptr || start_editor()) {
     prepare_prompt();
     text = el_wgets(editor, &size);
-    if (text == nullptr && cancelled) std::fputs("^C\n", screen);
+    if (cancelled) {
+      std::fputs("^C\n", screen);
+      partial_size = 0;
+    }
     std::fflush(screen);
     tail_size = tail_width = 0;
   }

@@ -108,12 +108,12 @@ void look_at_early_bytes() {
 
 void begin_editing(int descriptor) {
   terminal = descriptor;
-  if (held == 0) {
-    ::tcgetattr(terminal, &usual);
-    for (int i = 0; i < kCount; ++i) ::sigaction(kSignals[i], nullptr, &former[i]);
-  }
   block_signals(&former_mask);
+  if (held == 0) ::tcgetattr(terminal, &usual);
   for (int i = 0; i < kCount; ++i) {
+    struct sigaction now {};
+    ::sigaction(kSignals[i], nullptr, &now);
+    if (now.sa_handler != let_go) former[i] = now;
     arrived[i] = 0;
     take(i, note);
   }
