@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/need.sh
-need g++ cmake make clang-tidy cppcheck
+need g++ cmake make clang-tidy cppcheck histedit.h
 cppcheck -q --std=c++20 --language=c++ --enable=warning,performance,portability -I src \
   --suppressions-list=.cppcheck --error-exitcode=1 src
 cmake -B build/lint -DCMAKE_BUILD_TYPE=Debug >/dev/null  # with asserts: they tell it what holds

@@ -1,5 +1,6 @@
 # Sourced by the other scripts. "need THING..." makes sure that commands, headers and files are there:
 # where the user is root and has apt-get it installs what is missing, elsewhere it names it.
+# "want THING..." does the same for what one can do without, and never fails.
 # Builds and tests that follow run as many jobs as the machine has processors, unless told otherwise.
 
 JOBS=$(nproc 2>/dev/null || echo 2)
@@ -7,7 +8,7 @@ export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$JOBS}
 export CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL:-$JOBS}
 
 declare -A PACKAGE=([clang++]=clang [gtest/gtest.h]=libgtest-dev [gmp.h]=libgmp-dev
-                    [benchmark/benchmark.h]=libbenchmark-dev [/usr/share/i18n/locales]=locales
+                    [histedit.h]=libedit-dev [benchmark/benchmark.h]=libbenchmark-dev [/usr/share/i18n/locales]=locales
                     [aarch64-linux-gnu-g++]=g++-aarch64-linux-gnu [qemu-aarch64]=qemu-user
                     [dpkg-deb]=dpkg [apt-get]=apt)
 
@@ -33,3 +34,5 @@ need() {
     exit 1
   fi
 }
+
+want() { (need "$@") || echo "Going on without: $*" >&2; }

@@ -27,9 +27,12 @@ void print(Out& out, const char* format, ...) __attribute__((format(printf, 2, 3
 // Hands over what is buffered; false when the sink has refused text, now or earlier.
 bool flush(Out& out);
 
-// Where typed text comes from. `fill` reads at most `size` bytes and returns how many, 0 or less
-// at the end or on an error; kInterruptedRead when somebody broke the line off instead.
+// Instead of a count of bytes: the person has cancelled the line that was asked for (Ctrl-C). It is
+// neither an end nor an error; the next line can be asked for.
 inline constexpr long kInterruptedRead = -2;
+
+// Where typed text comes from. `fill` reads at most `size` bytes and returns how many, 0 or less
+// at the end or on an error, or kInterruptedRead.
 struct In {
   using Fill = long (*)(void* context, char* data, std::size_t size);
 
@@ -37,6 +40,8 @@ struct In {
   void* context = nullptr;
   bool ended = false;
   bool terminal = false;     // a person types at one
+  bool edited = false;       // ... in an editor, which passes lines of any length
+  bool keep = true;          // what is typed is a line to be remembered, no answer to a question
   bool interrupted = false;  // the last line was broken off
   std::size_t next = 0;
   std::size_t end = 0;

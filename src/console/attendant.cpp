@@ -110,6 +110,24 @@ void run_clock(bool on) {
   ::setitimer(ITIMER_REAL, &timer, nullptr);
 }
 
+// False when Ctrl-C ended the wait, and the line is to be dropped. The signal is let in by ppoll
+// only, so that none is missed between the look at the flag and the wait.
+bool wait_for_input(int descriptor) {
+  begin_waiting();
+  sigset_t blocked;
+  sigset_t before;
+  ::sigemptyset(&blocked);
+  ::sigaddset(&blocked, SIGINT);
+  ::sigprocmask(SIG_BLOCK, &blocked, &before);
+  pollfd wanted = {descriptor, POLLIN, 0};
+  while (asked_to_stop == 0 && ::ppoll(&wanted, 1, nullptr, &before) < 0 && errno == EINTR) {
+  }
+  ::sigprocmask(SIG_SETMASK, &before, nullptr);
+  const bool ready = asked_to_stop == 0;
+  end_waiting();
+  return ready;
+}
+
 long fill_at_terminal(void* context, char* data, std::size_t size) {
   if (!wait_for_input(*static_cast<int*>(context))) return kInterruptedRead;
   return fill_descriptor(context, data, size);
@@ -144,25 +162,15 @@ void watch_terminal(In& in, Out& to, Out& errors, bool with_progress) {
 
 void watch_run(const Run* run) { watched = run; }
 
-// The signal is let in by ppoll only, so that none is missed between the look at the flag and the
-// wait.
-bool wait_for_input(int descriptor) {
+void begin_waiting() {
   erase_progress();
   run_clock(false);
-  sigset_t blocked;
-  sigset_t before;
-  ::sigemptyset(&blocked);
-  ::sigaddset(&blocked, SIGINT);
-  ::sigprocmask(SIG_BLOCK, &blocked, &before);
-  pollfd wanted = {descriptor, POLLIN, 0};
-  while (asked_to_stop == 0 && ::ppoll(&wanted, 1, nullptr, &before) < 0 && errno == EINTR) {
-  }
-  ::sigprocmask(SIG_SETMASK, &before, nullptr);
-  const bool ready = asked_to_stop == 0;
+}
+
+void end_waiting() {
   asked_to_stop = 0;
   attention = 0;
   run_clock(true);
-  return ready;
 }
 
 }  // namespace tivelo

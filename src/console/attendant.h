@@ -16,8 +16,9 @@ void watch_terminal(In& in, Out& answers, Out& errors, bool progress);
 // The run whose passes or lines tell how far it is; null at the end of it.
 void watch_run(const Run* run);
 
-// A wait for a line, by whoever reads it: false when Ctrl-C ended it, and the line is to be
-// dropped. Between two of them the clock of the progress line runs.
-bool wait_for_input(int descriptor);
+// For whoever waits for a line in another way: around the wait, so that the progress line is gone
+// and its clock does not run.
+void begin_waiting();
+void end_waiting();
 
 }  // namespace tivelo

@@ -5,6 +5,7 @@
 #include <array>
 #include <climits>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "base/characters.h"
@@ -97,7 +98,10 @@ Flow input(Run& run, const char** at) {
   Out& prompt = outside.batch ? *messages : *answers;
   put(prompt, colon + 1);
   if (outside.batch) flush(prompt);
-  if (getsn(run.line_area, ISS * kLimbDigits, *outside.asked) == nullptr) {
+  outside.asked->keep = false;
+  const char* answer = getsn(run.line_area, ISS * kLimbDigits, *outside.asked);
+  outside.asked->keep = true;
+  if (answer == nullptr) {
     if (outside.asked->interrupted) return Flow::interrupted;
     if (!outside.batch) put(*answers, "\n");
     return Flow::quit;
@@ -290,6 +294,10 @@ void show(const Run& run, const char* name) {
   } else {
     nprint(name, run.text, run.display_digits, nullptr);
   }
+}
+
+std::string_view command_mark(std::size_t i) {
+  return i < std::size(kCommands) ? kCommands[i].mark : std::string_view();
 }
 
 }  // namespace tivelo

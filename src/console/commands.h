@@ -2,6 +2,9 @@
 // What a command does to values is done by the rooms below.
 #pragma once
 
+#include <cstddef>
+#include <string_view>
+
 #include "console/run.h"
 
 namespace tivelo {
@@ -12,5 +15,8 @@ Flow run_command(Run& run, const char** at);
 
 // Shows the variable, or the cell of it, that is named at the start of `name`.
 void show(const Run& run, const char* name);
+
+// What the i-th command begins with; empty behind the last one.
+std::string_view command_mark(std::size_t i);
 
 }  // namespace tivelo

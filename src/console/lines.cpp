@@ -188,7 +188,7 @@ char* getsn(char* buf, int n, In& in) {
   // What the line discipline of a terminal passes of one line at most.
   constexpr std::size_t kTerminalLine = 4095;
   if (!read_line(in, *answers, buf, static_cast<std::size_t>(n))) return nullptr;
-  if (in.terminal && std::strlen(buf) == kTerminalLine)
+  if (in.terminal && !in.edited && std::strlen(buf) == kTerminalLine)
     report(Event::terminal_line_full, {.needed = kTerminalLine});
   return buf;
 }

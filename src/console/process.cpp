@@ -15,6 +15,7 @@
 #include "base/report.h"
 #include "console/attendant.h"
 #include "console/batch.h"
+#include "console/editor.h"
 #include "console/loop.h"
 #include "console/options.h"
 #include "console/run.h"
@@ -309,9 +310,13 @@ int run_calculator(int count, const char* const* arguments, const Streams& strea
     return status;
   if (messages == nullptr && (options.explain || options.batch)) messages = streams.errors;
   if (!options.batch) {
-    if (streams.in->terminal)
+    if (streams.in->terminal) {
       watch_terminal(*streams.in, *answers, *streams.errors, streams.messages != nullptr);
-    return run(options, nullptr, *streams.errors);
+      attach_editor(*streams.in, *answers, *streams.errors, options.history);
+    }
+    const int status = run(options, nullptr, *streams.errors);
+    detach_editor();
+    return status;
   }
   // As any program that others read from, a batch run ends when they no longer do.
   std::signal(SIGPIPE, SIG_DFL);

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <iterator>
 
 #include "base/characters.h"
 #include "base/precision.h"
@@ -268,6 +269,10 @@ int func(const char* text, numf* target, int depth) {
     return static_cast<int>(argument.rest - text);
   }
   return skip_unknown(text);
+}
+
+std::string_view builtin_name(std::size_t i) {
+  return i < std::size(kBuiltins) ? kBuiltins[i].name : std::string_view();
 }
 
 }  // namespace tivelo

@@ -2,6 +2,9 @@
 // it is a decimal of six places, or the text of eleven that a constant has.
 #pragma once
 
+#include <cstddef>
+#include <string_view>
+
 #include "fraction/numf.h"
 
 namespace tivelo {
@@ -20,6 +23,9 @@ struct Argument {
 // apostrophe) into target. Returns the characters consumed, at least 1: an unknown name consumes
 // its first letter and leaves target alone. Negative when the evaluation stops.
 [[nodiscard]] int func(const char* text, numf* target, int depth);
+
+// The name of the i-th function or constant; empty behind the last one.
+std::string_view builtin_name(std::size_t i);
 
 // Trigonometry: target, which is 0/1, becomes the value. Return 0, or a negative code when the
 // evaluation stops.

@@ -1,0 +1,386 @@
+// The line editor, at pseudo-terminals: what is typed with its keys must reach the calculator as
+// the line that a person sees, standard output must carry what it carries for the same lines from a
+// pipe, and the terminal must be left as it was, however the program ends. Nothing here waits for a
+// time: only for what is drawn.
+#include "console/editor.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <pty.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <termios.h>
+
+#include <csignal>
+
+#include "console/completion.h"
+#include "console/history.h"
+#include "support/folder.h"
+#include "support/program.h"
+
+namespace tivelo::tests {
+namespace {
+
+constexpr int kPatience = 60'000;  // milliseconds; whoever waits longer hangs
+
+struct Terminal {
+  int outer = -1;  // the person's end
+  int inner = -1;
+  std::string seen;
+  termios before{};
+
+  explicit Terminal(bool verbatim) {
+    const winsize size{24, 80, 0, 0};
+    EXPECT_EQ(openpty(&outer, &inner, nullptr, nullptr, &size), 0);
+    tcgetattr(inner, &before);
+    if (verbatim) before.c_oflag &= ~static_cast<tcflag_t>(OPOST);
+    tcsetattr(inner, TCSANOW, &before);
+    fcntl(outer, F_SETFL, O_NONBLOCK);
+  }
+  ~Terminal() {
+    close(outer);
+    close(inner);
+  }
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  bool is_as_before() const {
+    termios now{};
+    tcgetattr(inner, &now);
+    return now.c_iflag == before.c_iflag && now.c_oflag == before.c_oflag &&
+           now.c_lflag == before.c_lflag && now.c_cflag == before.c_cflag &&
+           std::equal(now.c_cc, now.c_cc + NCCS, before.c_cc);
+  }
+};
+
+// A program at a terminal, in a session with a parent, so that it can be stopped.
+struct AtTerminal {
+  Terminal keys{false};    // its standard input, where the editor draws
+  Terminal printed{true};  // its standard output
+  pid_t parent = -1;
+  pid_t program = -1;
+  int news = -1;  // the program's number, then 's' for each time it stops
+  int status = -1;
+
+  AtTerminal(const std::function<int()>& body, bool one_terminal = false) {
+    int ends[2];
+    EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    parent = fork();
+    if (parent == 0) live(body, one_terminal ? keys : printed, ends[1]);
+    close(ends[1]);
+    news = ends[0];
+    EXPECT_EQ(read(news, &program, sizeof program), static_cast<ssize_t>(sizeof program));
+  }
+  ~AtTerminal() {
+    if (status < 0) {
+      kill(program, SIGKILL);
+      waitpid(parent, nullptr, 0);
+    }
+    close(news);
+  }
+
+  [[noreturn]] void live(const std::function<int()>& body, const Terminal& output, int to) const {
+    setsid();
+    ioctl(keys.inner, TIOCSCTTY, 0);
+    const pid_t child = fork();
+    if (child == 0) {
+      setpgid(0, 0);
+      std::signal(SIGTTOU, SIG_IGN);
+      tcsetpgrp(keys.inner, getpid());
+      std::signal(SIGTTOU, SIG_DFL);
+      dup2(keys.inner, 0);
+      dup2(output.inner, 1);
+      const pid_t self = getpid();
+      if (::write(to, &self, sizeof self) < 0) _exit(126);
+      _exit(body());
+    }
+    int state = 0;
+    while (waitpid(child, &state, WUNTRACED) == child && WIFSTOPPED(state))
+      if (::write(to, "s", 1) < 0) _exit(126);
+    _exit(WIFEXITED(state) ? WEXITSTATUS(state) : 128 + WTERMSIG(state));
+  }
+
+  // Takes what has been drawn and printed; waits until there is something, or until keys can be
+  // sent. False when nothing comes any more.
+  bool take(bool to_send) {
+    pollfd all[] = {{keys.outer, static_cast<short>(to_send ? POLLIN | POLLOUT : POLLIN), 0},
+                    {printed.outer, POLLIN, 0},
+                    {news, POLLIN, 0}};
+    if (poll(all, 3, kPatience) <= 0) return false;
+    char bytes[4096];
+    for (Terminal* terminal : {&keys, &printed})
+      if (const ssize_t n = read(terminal->outer, bytes, sizeof bytes); n > 0)
+        terminal->seen.append(bytes, static_cast<std::size_t>(n));
+    return (all[2].revents & POLLHUP) == 0;
+  }
+  void type(std::string_view text) {
+    while (!text.empty() && take(true))
+      if (const ssize_t n = ::write(keys.outer, text.data(), text.size()); n > 0)
+        text.remove_prefix(static_cast<std::size_t>(n));
+  }
+  // Waits until `text` is drawn, behind what was waited for before.
+  void expect(const std::string& text) {
+    std::size_t at = 0;
+    while ((at = keys.seen.find(text)) == std::string::npos)
+      if (!take(false)) break;
+    ASSERT_NE(at, std::string::npos) << "not drawn: " << text << "\nbut: " << keys.seen;
+    keys.seen.erase(0, at + text.size());
+  }
+  void expect_stop() {
+    char letter = 0;
+    EXPECT_EQ(read(news, &letter, 1), 1);
+    EXPECT_EQ(letter, 's');
+  }
+  int end() {
+    while (take(false)) continue;
+    waitpid(parent, &status, 0);
+    status = WEXITSTATUS(status);
+    EXPECT_TRUE(keys.is_as_before()) << "the terminal's settings";
+    while (read(printed.outer, nullptr, 0) == 0 && take_rest()) continue;
+    return status;
+  }
+  bool take_rest() {
+    char bytes[4096];
+    const ssize_t n = read(printed.outer, bytes, sizeof bytes);
+    if (n > 0) printed.seen.append(bytes, static_cast<std::size_t>(n));
+    return n > 0;
+  }
+};
+
+int calculator(const char* precision) {
+  const char* const environment[] = {"TERM=xterm", "HOME=.", nullptr};
+  char home[4096] = "HOME=";
+  if (getcwd(home + 5, sizeof home - 5) == nullptr) return 125;
+  const char* const own[] = {environment[0], home, nullptr};
+  execle(TIVELO_PROGRAM, "tivelo", precision, nullptr, own);
+  return 127;
+}
+
+struct Editor : testing::Test {
+  OwnFolder folder;
+  void SetUp() override {
+    if (!TIVELO_WITH_EDITOR) GTEST_SKIP() << "built without the editor";
+  }
+};
+
+std::string sum(int terms) {
+  std::string text = "1";
+  while (--terms > 0) text += "+1";
+  return text;
+}
+
+constexpr const char* kHistory = ".local/state/tivelo/history";
+
+// Keys, and the lines that they make.
+const std::pair<std::string, std::string> kTyped[] = {
+    {"a=2/3\r", "a=2/3"},
+    {"12\x1b[D3\x1bOC+1\r", "132+1"},
+    {"0\x1b[H5+1\x1b[F+2\r", "5+10+2"},
+    {"7*x\x7f"
+     "6\r",
+     "7*6"},
+    {"\x1b[A\r", "7*6"},
+    {"\x1b[A\x1b[A\x01-\r", "-5+10+2"},
+    {"si\t30\r", "sin30"},
+    {"#ro\tN\r", "#roN"},
+    {"#RO\tN\r", "#RON"},
+    {"3 \xC3\x97 4\r", "3 \xC3\x97 4"},
+    {"\x1b[200~8\xFF\xC3*\x1b[201~2\r", "8\xFF\xC3*2"},
+    {"I.C:how many\r", "I.C:how many"},
+    {" 4\x1b[D2\r", " 24"},
+    {"\x1b[A\x1b[A\x1b[B\r", "I.C:how many"},
+    {"9\r", "9"},
+    {" c\r", " c"},
+    {"L:scr\t\r", "L:script with a blank"},
+    {"b\r", "b"},
+};
+
+TEST_F(Editor, KeysMakeLines) {
+  write("script with a blank", "B=77\n");
+  AtTerminal person([] { return calculator("5"); });
+  std::string lines;
+  for (const auto& [keys, line] : kTyped) {
+    person.expect(line == " 24" || line == "9" ? "how many" : "? ");
+    person.type(keys);
+    lines += line + "\n";
+    person.expect("\n");
+  }
+  person.expect("? ");
+  for (const int terms : {2500, 50'000}) {
+    person.type(sum(terms) + "\r" + sum(terms) + "-1\r");
+    lines += sum(terms) + "\n" + sum(terms) + "-1\n";
+  }
+  person.type("\x04");
+  EXPECT_EQ(person.end(), 0);
+  EXPECT_EQ(person.printed.seen, output({lines, {"5"}}));
+  EXPECT_TRUE(person.printed.seen.find("T= 49999 \n") != std::string::npos);
+
+  std::string kept;
+  std::string last;
+  for (const auto& [keys, line] : kTyped) {
+    if (line[0] != ' ' && line != "9" && line != last) kept += line + "\n";
+    if (line[0] != ' ' && line != "9") last = line;
+  }
+  EXPECT_EQ(content(kHistory), kept);
+  struct stat status {};
+  stat(kHistory, &status);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+  stat(".local/state/tivelo", &status);
+  EXPECT_EQ(status.st_mode & 0777U, 0700U);
+}
+
+TEST_F(Editor, OneTerminalAndLinesFromBefore) {
+  std::filesystem::create_directories(".local/state/tivelo");
+  write(kHistory, "8*8\n9*9\n");
+  AtTerminal person([] { return calculator("0"); }, true);
+  person.expect("\r? ");
+  person.type("\x1b[A\x1b[A\r");
+  person.expect("T= 64");
+  person.expect("\r? ");
+  person.type("I.A:");
+  person.type("two?\r");
+  person.expect("\rtwo?");
+  const winsize wider{40, 120, 0, 0};
+  ioctl(person.keys.outer, TIOCSWINSZ, &wider);
+  person.expect("\rtwo?");
+  person.type("4\r");
+  person.expect("\r? ");
+  // Before the carriage return the terminal would echo the keys itself, and drop them with the
+  // stop.
+  person.type("A*100");
+  person.expect("A*100");
+  person.type("\x1a");
+  person.expect_stop();
+  EXPECT_TRUE(person.keys.is_as_before());
+  kill(person.program, SIGCONT);
+  person.expect("? A*100");
+  person.type("0\r");
+  person.expect("T= 4000");
+  person.type("Q.\r");
+  EXPECT_EQ(person.end(), 0);
+}
+
+// Typed before the program is there to read, half of it perhaps before it has the terminal.
+TEST_F(Editor, EarlyKeys) {
+  AtTerminal person([] { return calculator("0"); });
+  person.type("1+1\r2+2\r\x04");
+  EXPECT_EQ(person.end(), 0);
+  EXPECT_EQ(person.printed.seen, output({"1+1\n2+2\n"}));
+}
+
+TEST_F(Editor, SignalsThatEndIt) {
+  for (const int signal : {SIGTERM, SIGHUP, SIGQUIT}) {
+    for (const std::string typed : {"", "1+1"}) {
+      AtTerminal person([] { return calculator("0"); });
+      person.expect("? ");
+      person.type(typed);
+      person.expect(typed);
+      kill(person.program, signal);
+      EXPECT_EQ(person.end(), 128 + signal);
+    }
+  }
+}
+
+In in;
+Out out;
+
+// Prints each line and cancellation that it gets.
+int reader() {
+  static int descriptor = 1;
+  struct sigaction action {};
+  action.sa_handler = [](int) {};
+  sigaction(SIGINT, &action, nullptr);
+  setenv("TERM", "xterm", 1);
+  setenv("HOME", std::filesystem::current_path().c_str(), 1);
+  unsetenv("XDG_STATE_HOME");
+  in.terminal = true;
+  out.drain = drain_descriptor;
+  out.context = &descriptor;
+  attach_editor(in, out, out, false);
+  char text[256];
+  for (;;) {
+    put(out, "> ");
+    flush(out);
+    const long got = in.fill(in.context, text, sizeof text);
+    if (got == 0) break;
+    if (got == kInterruptedRead) put(out, "cancelled\n");
+    if (got > 0) put(out, {text, static_cast<std::size_t>(got)});
+  }
+  detach_editor();
+  return 0;
+}
+
+TEST_F(Editor, Cancelling) {
+  AtTerminal person(reader);
+  person.expect("> ");
+  person.type("\x03");
+  person.expect("^C\r\n");
+  person.expect("> ");
+  person.type("1+1\x1b[D");
+  person.expect("1+1");
+  person.type("\x03");
+  person.expect("^C\r\n");
+  person.expect("> ");
+  person.type("2\x1b[A\r");
+  person.expect("> ");
+  person.type("\x04");
+  EXPECT_EQ(person.end(), 0);
+  EXPECT_EQ(person.printed.seen, "> cancelled\n> cancelled\n> 2\n> ");
+  EXPECT_FALSE(std::filesystem::exists(".local"));
+}
+
+TEST_F(Editor, Completions) {
+  write("one", "");
+  write("only", "");
+  std::filesystem::create_directory("two");
+  write("two/deep", "");
+  struct Row {
+    const char* before;
+    std::size_t count;
+    const char* rest;
+  } const rows[] = {
+      {"", 0, ""},           {"1+S", 3, ""},     {"1+SI", 1, "N"},  {"at", 1, "an"},
+      {"sq", 2, "r"},        {"sqrt", 1, ""},    {"2po", 1, "l"},   {"x", 0, ""},
+      {"#f", 3, ""},         {"#r", 2, "o"},     {"1#f", 0, ""},    {"L:o", 2, "n"},
+      {"l :on", 2, ""},      {"LC:onl", 1, "y"}, {"L:t", 1, "wo/"}, {"L:two/", 1, "deep"},
+      {"WC:X9 tw", 1, "o/"}, {"WC:X", 0, ""},    {"#FW:O", 0, ""},  {"#fr:one", 1, ""},
+      {"F.o", 0, ""},        {"L:none/", 0, ""}};
+  static Completion found;
+  for (const Row& row : rows) {
+    complete(row.before, found);
+    EXPECT_EQ(found.count, row.count) << row.before;
+    EXPECT_EQ(found.count > 0 ? found.rest() : "", row.rest) << row.before;
+  }
+}
+
+TEST_F(Editor, HistoryOfSeveralPrograms) {
+  setenv("XDG_STATE_HOME", std::filesystem::current_path().c_str(), 1);
+  std::string many;
+  for (int i = 0; i < 1998; ++i) many += std::to_string(i) + "\n";
+  std::filesystem::create_directory("tivelo");
+  write("tivelo/history", many);
+  static int taken;
+  taken = 0;
+  load_history([](std::string_view) { ++taken; });
+  EXPECT_EQ(taken, 1998);
+  for (const char* line : {"a", "b"}) append_to_history(line);
+  write("tivelo/history", content("tivelo/history") + "of another\n");
+  append_to_history("c");
+  const std::string left = content("tivelo/history");
+  EXPECT_EQ(std::count(left.begin(), left.end(), '\n'), 1000);
+  EXPECT_TRUE(left.ends_with("1997\na\nb\nof another\nc\n"));
+  EXPECT_FALSE(keep_line("") || keep_line(" a") || keep_line(std::string(4097, '1')));
+  EXPECT_TRUE(keep_line(std::string(4096, '1')));
+  EXPECT_FALSE(keep_line(std::string(4096, '1')));
+  std::filesystem::remove_all("tivelo");
+  write("tivelo", "in the way");
+  load_history([](std::string_view) { FAIL(); });
+  append_to_history("nowhere");
+  EXPECT_EQ(content("tivelo"), "in the way");
+  unsetenv("XDG_STATE_HOME");
+}
+
+}  // namespace
+}  // namespace tivelo::tests
