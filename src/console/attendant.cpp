@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstdio>
 #include <ctime>
+#include <utility>
 
 #include "base/interrupt.h"
 #include "base/report.h"
@@ -113,7 +114,7 @@ void run_clock(bool on) {
 // False when Ctrl-C ended the wait, and the line is to be dropped. The signal is let in by ppoll
 // only, so that none is missed between the look at the flag and the wait.
 bool wait_for_input(int descriptor) {
-  begin_waiting();
+  (void)begin_waiting();  // the flag is looked at below
   sigset_t blocked;
   sigset_t before;
   ::sigemptyset(&blocked);
@@ -160,11 +161,12 @@ void watch_terminal(In& in, Out& to, Out& errors, bool with_progress) {
   errors.drain = drain_at_terminal;
 }
 
-void watch_run(const Run* run) { watched = run; }
+const Run* watch_run(const Run* run) { return std::exchange(watched, run); }
 
-void begin_waiting() {
+bool begin_waiting() {
   erase_progress();
   run_clock(false);
+  return asked_to_stop == 0;
 }
 
 void end_waiting() {

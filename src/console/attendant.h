@@ -13,12 +13,13 @@ namespace tivelo {
 // are read.
 void watch_terminal(In& in, Out& answers, Out& errors, bool progress);
 
-// The run whose passes or lines tell how far it is; null at the end of it.
-void watch_run(const Run* run);
+// The run whose passes or lines tell how far it is, the innermost one; null at the end. Returns the
+// one before.
+const Run* watch_run(const Run* run);
 
 // For whoever waits for a line in another way: around the wait, so that the progress line is gone
-// and its clock does not run.
-void begin_waiting();
+// and its clock does not run. begin_waiting() is false when Ctrl-C has come before it.
+[[nodiscard]] bool begin_waiting();
 void end_waiting();
 
 }  // namespace tivelo

@@ -305,8 +305,8 @@ bool edit_line() {
 
 long fill_edited(void* context, char* data, std::size_t size) {
   if (line.empty()) {
-    begin_waiting();
-    const bool edited = edit_line();
+    cancelled = !begin_waiting();
+    const bool edited = !cancelled && edit_line();
     end_waiting();
     if (!edited && cancelled) return kInterruptedRead;
     if (!edited && editor != nullptr) return 0;

@@ -224,7 +224,9 @@ Flow run_nested(const char* name, Nesting& nesting) {
   storage.run->nested = true;
   start_script(*storage.run);
   ++nesting.depth;
+  const Run* outer = watch_run(storage.run);
   const Flow flow = run_lines(*storage.run, nesting);
+  watch_run(outer);
   --nesting.depth;
   release(storage.region);
   return flow == Flow::used_up ? Flow::next : flow;
