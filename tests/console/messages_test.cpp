@@ -160,13 +160,11 @@ TEST(Messages, OfBlocksScriptsAndFiles) {
   });
   const std::pair<std::vector<std::string>, const char*> starts[] = {
       {{"0", "b"}, "b"}, {{"long", "0"}, "long"}, {{"0", "b", "c"}, "b"}, {{"x"}, "x"}};
-  for (const auto& [arguments, ignored] : starts) {
-    type(
-        {""},
-        [&](std::size_t, const std::string& told) {
-          EXPECT_TRUE(told.starts_with("tivelo: the argument " + std::string(ignored))) << told;
-        },
-        arguments);
+  for (const auto& start : starts) {
+    const auto look = [&](std::size_t, const std::string& told) {
+      EXPECT_TRUE(told.starts_with("tivelo: the argument " + std::string(start.second))) << told;
+    };
+    type({""}, look, start.first);
   }
 }
 
