@@ -10,6 +10,7 @@
 #include "base/interrupt.h"
 #include "base/precision.h"
 #include "base/report.h"
+#include "console/own_commands.h"
 #include "fraction/numf.h"
 
 namespace tivelo {
@@ -55,6 +56,17 @@ bool splits_number(const char* line, int i, int kept, int room) {
   return i < room && is_digit(line[i]);
 }
 
+// The clock is looked at when a "#TIME" may follow: before a line that begins with '#', one that is
+// not read yet, and within a repeat or a script.
+void note_time(Run& run) {
+  if (std::strncmp(run.line, "#TIME", 5) == 0) return;
+  const In& in = *outside.lines;
+  const char* next = run.script_position;
+  if (next == nullptr && in.next != in.end) next = in.buffer + in.next;
+  if (next == nullptr || *next == '#' || *next == ' ' || run.line[0] == 'R' || run.line[0] == 'L')
+    run.line_began = processor_time();
+}
+
 // Fetches and cleans the next line of the script or the console into the line area.
 Flow fetch_line(Run& run) {
   begin_messages();
@@ -76,8 +88,10 @@ Flow fetch_line(Run& run) {
     run.typed = run.typed_area;
   }
   set_line_in_hand(run.typed, nullptr);
+  run.word_length = own_word_length(run.line_area);
   eclean(run.line_area);
   run.line = run.line_area;
+  note_time(run);
   set_line_in_hand(run.line, run.typed);
   return Flow::next;
 }

@@ -1,6 +1,7 @@
 // The variables and the current result, and what is done to a fraction as a whole.
 #include "fraction/numf.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/exactness.h"
@@ -18,9 +19,13 @@ void wire_variables() {
   for (int v = 0; v < kVariables; ++v) {
     M[v] = numf(Mc[v], Mm[v]);
     mclear(&M[v]);
+    cells_written[v] = 0;
+    limbs_written[v] = 1;
   }
   clear_marks();
 }
+
+void note_length(int v) { limbs_written[v] = std::max(limbs_written[v], M[v].c->len); }
 
 void exchange_result() {
   std::swap(Zc[0], Sc);
