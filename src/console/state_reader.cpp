@@ -150,6 +150,8 @@ bool Reader::take_line(std::string_view line) {
 }
 
 bool Reader::take(Kind kind, Words words) {
+  const bool mark = kind == inexact || kind == cells_inexact;  // a line may end in a blank
+  if (!mark && words.left.ends_with(' ')) return false;
   switch (kind) {
     case numerator:
       return take_record(numerator_of(), words);
