@@ -16,8 +16,8 @@ inline constexpr std::string_view kDigest = "sha256 ";
 inline constexpr std::string_view kResult = "result";
 
 // What a line tells of a variable or of the current result, in the order of the lines.
-enum Kind { numerator, denominator, inexact, cell, cells_inexact, rest, kinds };
-inline constexpr std::string_view kKinds[kinds] = {"numerator", "denominator",   "inexact",
+enum Kind { numerator, denominator, inexact, cells, cell, cells_inexact, rest, kinds };
+inline constexpr std::string_view kKinds[kinds] = {"numerator", "denominator",   "inexact", "cells",
                                                    "cell",      "cells-inexact", "rest"};
 
 // The fields of a record that are written where they differ from those of a new one, and what they

@@ -76,6 +76,7 @@ class Reader {
   bool take(Kind kind, Words words);
   bool take_record(num* a, Words words);
   bool take_mark(Kind kind, Words words);
+  bool take_cells(Words words);
   bool take_cell(Words words);
   bool take_rest(std::string_view digits);
   std::string_view next_line();
@@ -90,6 +91,7 @@ class Reader {
   int display_ = 0;
   int owner_ = -1;
   int kind_ = -1;
+  int cells_ = 0;  // how many the owner may have
   int last_cell_ = -1;
   std::size_t length_ = 0;  // limbs of the owner's numerator
   std::size_t needed_ = 0;
@@ -142,6 +144,7 @@ bool Reader::take_line(std::string_view line) {
   if (owner > owner_) {
     owner_ = owner;
     kind_ = last_cell_ = -1;
+    cells_ = 0;
     length_ = 0;
   }
   if (kind < kind_ || (kind == kind_ && kind != cell)) return false;
@@ -157,6 +160,8 @@ bool Reader::take(Kind kind, Words words) {
       return take_record(numerator_of(), words);
     case denominator:
       return take_record(denominator_of(), words);
+    case cells:
+      return take_cells(words);
     case cell:
       return take_cell(words);
     case rest:
@@ -215,10 +220,17 @@ bool Reader::take_mark(Kind kind, Words words) {
   return true;
 }
 
+// Those that this precision does not have are 0, or the line of the cell is refused.
+bool Reader::take_cells(Words words) {
+  if (!words.next(&cells_, 1, kPrecisionTable[kPrecisions - 1] / NN)) return false;
+  if (stores_) cells_written[owner_] = std::min(cells_, IS / NN);
+  return words.left.empty();
+}
+
 bool Reader::take_cell(Words words) {
   std::int32_t k = 0;
   std::int32_t values[NN];
-  if (!words.next(&k, last_cell_ + 1, kPrecisionTable[kPrecisions - 1] / NN - 1)) return false;
+  if (!words.next(&k, last_cell_ + 1, cells_ - 1)) return false;
   for (std::int32_t& value : values)
     if (!words.next(&value, INT32_MIN, INT32_MAX)) return false;
   if (!words.left.empty()) return false;
@@ -232,7 +244,6 @@ bool Reader::take_cell(Words words) {
   Limb* at = M[owner_].c->limbs;
   for (std::size_t i = static_cast<std::size_t>(k) * NN; i < end; ++i)
     at[i] = static_cast<Limb>(values[i % NN]);
-  cells_written[owner_] = k + 1;
   return true;
 }
 

@@ -86,6 +86,7 @@ void put_mark(Out& out, std::string_view owner, Kind kind, const Mark& mark) {
 }
 
 void put_cells(Out& out, int v) {
+  if (cells_written[v] > 0) print(out, "%c cells %d\n", 'A' + v, cells_written[v]);
   const ConstLimbs words = words_above(v).first(cell_words(v));
   for (std::size_t at = 0; at < words.size(); at += NN) {
     const ConstLimbs cell_of = words.subspan(at, std::min<std::size_t>(NN, words.size() - at));
