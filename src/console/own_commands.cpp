@@ -106,9 +106,11 @@ Flow list(Run& run, const char**) {
     const char name = static_cast<char>('A' + v);
     const numf& value = M[v];
     if (is_assigned(v)) {
-      print(*answers, "%c: %s, %lld", name, kind_of(value), digits_of(value.c));
+      const long long digits = digits_of(value.c);
+      print(*answers, "%c: %s, %lld", name, kind_of(value), digits);
       if (!is_one(value.m)) print(*answers, "/%lld", digits_of(value.m));
-      print(*answers, " digits, %s\n", mark_of(v).exact() ? "exact" : "not exact");
+      print(*answers, " digit%s, %s\n", digits == 1 && is_one(value.m) ? "" : "s",
+            mark_of(v).exact() ? "exact" : "not exact");
     }
     const int cells = cells_of(v);
     if (cells > 0)
