@@ -259,6 +259,11 @@ TEST(StateFiles, OfAnotherPrecision) {
     EXPECT_TRUE(
         told("0", {"A=5", std::string("#LOAD:") + name, "A"}).ends_with("? err ? T= 5 \n\n? \n"))
         << name;
+  Feed feed;
+  bool typed = false;
+  feed.next = [&](std::string& text) { return text = "#LOAD:long\n", !std::exchange(typed, true); };
+  feed.run({"0"});
+  EXPECT_EQ(feed.explained.take(), "tivelo: long needs precision 1; nothing loaded\n");
   EXPECT_TRUE(told("1", {"#LOAD:long"}).find("long: 2 variables") != std::string::npos);
 }
 
