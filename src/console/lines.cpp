@@ -56,15 +56,15 @@ bool splits_number(const char* line, int i, int kept, int room) {
   return i < room && is_digit(line[i]);
 }
 
-// The clock is looked at when a "#TIME" may follow: before a line that begins with '#', one that is
-// not read yet, and within a repeat or a script.
-void note_time(Run& run) {
-  if (std::strncmp(run.line, "#TIME", 5) == 0) return;
+// May "#TIME" ask when the line in hand began? Looking at the clock takes longer than most lines,
+// so the one that stands behind is looked at where it has been read.
+bool clock_is_asked(const Run& run) {
+  if (run.line[0] == '#') return std::strncmp(run.line, "#TIME", 5) != 0;
+  if (run.line[0] == 'R' || run.line[0] == 'L') return true;
+  if (const char* next = run.script_position) return *next == '#' || *next == ' ';
+  if (outside.batch) return outside.clock;
   const In& in = *outside.lines;
-  const char* next = run.script_position;
-  if (next == nullptr && in.next != in.end) next = in.buffer + in.next;
-  if (next == nullptr || *next == '#' || *next == ' ' || run.line[0] == 'R' || run.line[0] == 'L')
-    run.line_began = processor_time();
+  return in.next == in.end || in.buffer[in.next] == '#' || in.buffer[in.next] == ' ';
 }
 
 // Fetches and cleans the next line of the script or the console into the line area.
@@ -91,7 +91,7 @@ Flow fetch_line(Run& run) {
   run.word_length = own_word_length(run.line_area);
   eclean(run.line_area);
   run.line = run.line_area;
-  note_time(run);
+  if (clock_is_asked(run)) run.line_began = processor_time();
   set_line_in_hand(run.line, run.typed);
   return Flow::next;
 }

@@ -122,7 +122,7 @@ Flow run_pass(Run& run) {
     return Flow::next;
   }
   while (*at == ' ') ++at;
-  if (*at == '#') {
+  if (*at == '#') [[unlikely]] {
     const Flow own = run_own_command(run, &at);
     if (own != Flow::fall_on) return own;
   }

@@ -12,7 +12,7 @@ int own_word_length(const char* typed);
 
 // Tries the line in hand, which begins with '#'. fall_on: it is none of these commands, and nothing
 // was done.
-Flow run_own_command(Run& run, const char** at);
+[[gnu::cold]] Flow run_own_command(Run& run, const char** at);
 
 // The processor time that the program has taken, in seconds.
 double processor_time();

@@ -14,6 +14,7 @@ inline constexpr int kScriptBytes = 11216;
 struct Outside {
   In* lines = nullptr;  // those that are typed, or of the command line and its files
   In* asked = nullptr;  // answers to "I."
+  bool clock = false;   // "#TIME" may ask when the line began that a batch has handed out last
   bool batch = false;   // no prompt, echo or help; a line without a target prints its value alone
 };
 inline Outside outside;

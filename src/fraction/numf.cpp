@@ -1,7 +1,6 @@
 // The variables and the current result, and what is done to a fraction as a whole.
 #include "fraction/numf.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "base/exactness.h"
@@ -24,8 +23,6 @@ void wire_variables() {
   }
   clear_marks();
 }
-
-void note_length(int v) { limbs_written[v] = std::max(limbs_written[v], M[v].c->len); }
 
 void exchange_result() {
   std::swap(Zc[0], Sc);

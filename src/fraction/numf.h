@@ -28,7 +28,10 @@ inline int cells_written[kVariables];
 inline int limbs_written[kVariables];
 
 // To be called when the numerator of variable v may have become longer.
-void note_length(int v);
+inline void note_length(int v) {
+  if (M[v].c->len > limbs_written[v]) [[unlikely]]
+    limbs_written[v] = M[v].c->len;
+}
 
 // The fraction that the current result changes places with. An evaluation goes into it first, so
 // that one that is broken off leaves the current result as it was.
