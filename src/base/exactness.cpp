@@ -51,17 +51,18 @@ void keep(int i, const Mark& mark) {
   inexact |= bit(i);
 }
 
-void set(int i, const Mark& mark) {
-  if (mark.exact()) {
-    inexact &= ~bit(i);
-    marks[i].event = Event::none;
-    return;
-  }
+void set_inexact(int i, const Mark& mark) {
   const bool was_exact = marks[i].exact();
   keep(i, mark);
   if (!was_exact || event_row(mark.event).kind != EventClass::cut || i >= kCells) return;
   const char name = static_cast<char>('A' + i);
   report(Event::cut_from_here, {.name = {&name, 1}, .reason = mark.event});
+}
+
+inline void set(int i, const Mark& mark) {
+  if (!mark.exact()) return set_inexact(i, mark);
+  inexact &= ~bit(i);
+  marks[i].event = Event::none;
 }
 
 }  // namespace

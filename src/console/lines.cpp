@@ -88,7 +88,8 @@ Flow fetch_line(Run& run) {
     run.typed = run.typed_area;
   }
   set_line_in_hand(run.typed, nullptr);
-  run.word_length = own_word_length(run.line_area);
+  const char first = run.line_area[0];
+  run.word_length = first == '#' || first == ' ' ? own_word_length(run.line_area) : 0;
   eclean(run.line_area);
   run.line = run.line_area;
   if (clock_is_asked(run)) run.line_began = processor_time();

@@ -27,7 +27,6 @@ namespace {
 
 using namespace state;
 
-constexpr int kOwners = kVariables + 1;
 constexpr std::size_t kClosing = kDigest.size() + Sha256::kHexDigits + 1;
 
 // What is left of a line, word by word.

@@ -345,8 +345,8 @@ TEST_F(StateFile, IsKeptWhereTheNewOneIsTooLong) {
        {std::pair("#SAVE:file", rlim_t{2000}), {"WC:Z9 file", 100}, {"#SAVE:file", 0}}) {
     write("file", "TIVELO state 1\n");
     const std::string typed = "A=9^1500\nB=A-1\n" + std::string(line) + "\n";
-    const auto spoil = [bytes] {
-      const rlimit limits = {bytes, bytes};
+    const auto spoil = [limit = bytes] {
+      const rlimit limits = {limit, limit};
       setrlimit(RLIMIT_FSIZE, &limits);
     };
     const Outcome outcome = run({typed, {"-q", "-p", "0"}, spoil});
