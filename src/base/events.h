@@ -96,6 +96,13 @@ enum class Event : std::uint8_t {
   print_file_not_opened,
   print_file_not_written,
   read_file_not_opened,
+  state_form,
+  state_not_found,
+  state_protected,
+  state_not_saved,
+  state_damaged,
+  state_misfit,
+  help_unknown,
   // Storage and standard output.
   no_storage,
   no_storage_for_script,

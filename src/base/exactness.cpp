@@ -46,18 +46,23 @@ Mark of_line() {
 
 bool line_is_exact() { return line_mark.times == 0 && (line_mark.read & inexact) == 0; }
 
-void set(int i, const Mark& mark) {
-  if (mark.exact()) {
-    inexact &= ~bit(i);
-    marks[i].event = Event::none;
-    return;
-  }
-  const bool was_exact = marks[i].exact();
+void keep(int i, const Mark& mark) {
   marks[i] = mark;
   inexact |= bit(i);
+}
+
+void set_inexact(int i, const Mark& mark) {
+  const bool was_exact = marks[i].exact();
+  keep(i, mark);
   if (!was_exact || event_row(mark.event).kind != EventClass::cut || i >= kCells) return;
   const char name = static_cast<char>('A' + i);
   report(Event::cut_from_here, {.name = {&name, 1}, .reason = mark.event});
+}
+
+inline void set(int i, const Mark& mark) {
+  if (!mark.exact()) return set_inexact(i, mark);
+  inexact &= ~bit(i);
+  marks[i].event = Event::none;
 }
 
 }  // namespace
@@ -82,7 +87,12 @@ void mark_input(int v, bool cell) {
 }
 
 const Mark& mark_of(int v) { return marks[v]; }
+const Mark& mark_of_cells(int v) { return marks[kCells + v]; }
 const Mark& mark_of_result() { return result; }
+
+void put_mark(int v, const Mark& mark) { keep(v, mark); }
+void put_mark_of_cells(int v, const Mark& mark) { keep(kCells + v, mark); }
+void put_mark_of_result(const Mark& mark) { result = mark; }
 
 void clear_marks() {
   for (Mark& mark : marks) mark = {};

@@ -27,7 +27,13 @@ void mark_cell(int v);
 void mark_input(int v, bool cell);
 
 const Mark& mark_of(int v);
+const Mark& mark_of_cells(int v);
 const Mark& mark_of_result();
+
+// The marks of the values that a file kept. Nothing is told of them.
+void put_mark(int v, const Mark& mark);
+void put_mark_of_cells(int v, const Mark& mark);
+void put_mark_of_result(const Mark& mark);
 
 // All exact, as at the start.
 void clear_marks();

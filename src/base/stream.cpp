@@ -13,12 +13,7 @@
 
 namespace tivelo {
 
-void put(Out& out, std::string_view text) {
-  if (out.used + text.size() <= sizeof out.buffer) {
-    std::memcpy(out.buffer + out.used, text.data(), text.size());
-    out.used += text.size();
-    return;
-  }
+void put_beyond(Out& out, std::string_view text) {
   flush(out);
   while (text.size() >= sizeof out.buffer && !out.failed) {
     poll();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <string_view>
 
 namespace tivelo {
@@ -19,7 +20,14 @@ struct Out {
   char buffer[1 << 16];
 };
 
-void put(Out& out, std::string_view text);
+// What does not fit the buffer any more.
+void put_beyond(Out& out, std::string_view text);
+
+inline void put(Out& out, std::string_view text) {
+  if (out.used + text.size() > sizeof out.buffer) return put_beyond(out, text);
+  std::memcpy(out.buffer + out.used, text.data(), text.size());
+  out.used += text.size();
+}
 
 // Formats at most 255 characters like printf.
 void print(Out& out, const char* format, ...) __attribute__((format(printf, 2, 3)));

@@ -97,6 +97,10 @@ int ntoc(const num* a, char* out) {
   return kLimbDigits * written;
 }
 
+char* write_digits(char* out, ConstLimbs a) { return limbs::write(out, a); }
+
+void read_digits(Limbs a, std::string_view digits) { limbs::parse(a, digits); }
+
 int lltoa(long long v, char* out) {
   char* end = std::to_chars(out, out + 20, v).ptr;
   *end = '\0';

@@ -2,6 +2,8 @@
 // literal is exact (up to three: an integer over a power of ten) or in decimal mode (16 places).
 #pragma once
 
+#include <string_view>
+
 #include "bigint/num.h"
 
 namespace tivelo {
@@ -18,6 +20,12 @@ int cton(const char* text, num* a);
 // `out`, which has room for 8 len + 3 characters. The last limb of a decimal is left out when it is
 // below 20: it is then the parser's mark or of its size. Returns 8 times the limbs written.
 int ntoc(const num* a, char* out);
+
+// Writes eight digits for each limb at `out`, without a terminating zero; returns the end.
+char* write_digits(char* out, ConstLimbs a);
+
+// Reads all of a from the digits: a.size() == (digits.size() + 7) / 8.
+void read_digits(Limbs a, std::string_view digits);
 
 // Writes v in decimal with a terminating zero, at most 21 bytes; returns the length.
 int lltoa(long long v, char* out);

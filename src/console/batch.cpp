@@ -8,6 +8,7 @@
 #include "base/characters.h"
 #include "base/report.h"
 #include "console/files.h"
+#include "console/run.h"
 
 namespace tivelo {
 
@@ -110,6 +111,7 @@ long Batch::from_word(char* data, std::size_t size) {
   const std::size_t taken = std::min(left, size);
   std::memcpy(data, text_, taken);
   text_ += taken;
+  outside.clock = true;
   if (taken < size) {
     data[taken] = '\n';
     text_ = nullptr;
@@ -144,6 +146,7 @@ long Batch::from_file(char* data, std::size_t size) {
   std::memcpy(data, from, taken);
   in.next += taken;
   at_start_ = feed != nullptr;
+  outside.clock = in.next == in.end || in.buffer[in.next] == '#' || in.buffer[in.next] == ' ';
   return static_cast<long>(taken);
 }
 

@@ -47,7 +47,8 @@ Flow truncate(Run&, const char** at) {
 // "X." X [ '-' ] digits: times a power of ten, or divided by it without reducing.
 Flow scale(Run&, const char** at) {
   if (!is_capital(**at)) return Flow::next;
-  const numf& value = M[*(*at)++ - 'A'];
+  const int v = *(*at)++ - 'A';
+  const numf& value = M[v];
   num* scaled = value.c;
   if (**at == '-') {
     scaled = value.m;
@@ -59,6 +60,7 @@ Flow scale(Run&, const char** at) {
     const long long needed = digits_of(scaled) + digits;
     report(Event::scale_too_long, {.place = *at, .needed = needed, .held = digits_held()});
   }
+  note_length(v);
   return Flow::next;
 }
 
@@ -73,6 +75,7 @@ void store_input(const char* line, int v, int k) {
   place_in_hand = nullptr;
   if (k < 0) {
     copy(M[v], value);
+    note_length(v);
     mark_input(v, false);
   } else if (cell_is_free(v, k)) {
     Cell cell = read_cell(v, k);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "base/report.h"
+#include "console/replacement.h"
 
 namespace tivelo {
 
@@ -51,6 +52,14 @@ long read_text(const char* name, char* data, std::size_t size, long long* whole)
 }
 
 bool write_text(const char* name, const char* data, std::size_t size) {
+  Replacement file(name);
+  if (file.target() == Replacement::Target::file || file.target() == Replacement::Target::missing) {
+    if (file.begin()) {
+      put(file.out(), {data, size});
+      if (file.finish()) return true;
+    }
+    if (!file.folder_refuses()) return false;
+  }
   int descriptor = open_to_write(name);
   if (descriptor < 0) return false;
   const bool written = drain_descriptor(&descriptor, data, size);

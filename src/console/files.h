@@ -20,7 +20,8 @@ void close_descriptor(int& descriptor);
 // it.
 [[nodiscard]] long read_text(const char* name, char* data, std::size_t size, long long* whole);
 
-// Writes `size` bytes as the whole file. False when it cannot be opened or written.
+// Writes `size` bytes as the whole file. False when it cannot be opened or written: an older file
+// is then as it was, unless it stands in a folder that takes no new files.
 [[nodiscard]] bool write_text(const char* name, const char* data, std::size_t size);
 
 // The file that "W." prints to, while it is open.

@@ -10,6 +10,7 @@
 #include "base/interrupt.h"
 #include "base/precision.h"
 #include "base/report.h"
+#include "console/own_commands.h"
 #include "fraction/numf.h"
 
 namespace tivelo {
@@ -55,6 +56,17 @@ bool splits_number(const char* line, int i, int kept, int room) {
   return i < room && is_digit(line[i]);
 }
 
+// May "#TIME" ask when the line in hand began? Looking at the clock takes longer than most lines,
+// so the one that stands behind is looked at where it has been read.
+bool clock_is_asked(const Run& run) {
+  if (run.line[0] == '#') return std::strncmp(run.line, "#TIME", 5) != 0;
+  if (run.line[0] == 'R' || run.line[0] == 'L') return true;
+  if (const char* next = run.script_position) return *next == '#' || *next == ' ';
+  if (outside.batch) return outside.clock;
+  const In& in = *outside.lines;
+  return in.next == in.end || in.buffer[in.next] == '#' || in.buffer[in.next] == ' ';
+}
+
 // Fetches and cleans the next line of the script or the console into the line area.
 Flow fetch_line(Run& run) {
   begin_messages();
@@ -76,8 +88,11 @@ Flow fetch_line(Run& run) {
     run.typed = run.typed_area;
   }
   set_line_in_hand(run.typed, nullptr);
+  const char first = run.line_area[0];
+  run.word_length = first == '#' || first == ' ' ? own_word_length(run.line_area) : 0;
   eclean(run.line_area);
   run.line = run.line_area;
+  if (clock_is_asked(run)) run.line_began = processor_time();
   set_line_in_hand(run.line, run.typed);
   return Flow::next;
 }

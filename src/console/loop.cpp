@@ -8,6 +8,7 @@
 #include "base/report.h"
 #include "console/commands.h"
 #include "console/lines.h"
+#include "console/own_commands.h"
 #include "eval/calc.h"
 #include "fraction/cells.h"
 #include "output/print.h"
@@ -68,6 +69,7 @@ void store_variable(int variable) {
   num* c = M[variable].c;
   copy(M[variable], Cn);
   if (c->len == 0 && (c->ext > 0 || c->rem == 0)) c->len = 1;
+  note_length(variable);
   mark_variable(variable);
 }
 
@@ -120,6 +122,10 @@ Flow run_pass(Run& run) {
     return Flow::next;
   }
   while (*at == ' ') ++at;
+  if (*at == '#') [[unlikely]] {
+    const Flow own = run_own_command(run, &at);
+    if (own != Flow::fall_on) return own;
+  }
   Target target;
   at = parse_target(at, target);
   const Flow flow = run_command(run, &at);

@@ -30,6 +30,8 @@ int main(int argc, char** argv) {
   occupy_closed_descriptors();
   // An output that nobody reads any more is noticed when it is written.
   std::signal(SIGPIPE, SIG_IGN);
+  // A limit of the size of files is a failed write.
+  std::signal(SIGXFSZ, SIG_IGN);
   typed.fill = tivelo::fill_descriptor;
   typed.context = &input;
   answers.drain = tivelo::drain_descriptor;

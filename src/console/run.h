@@ -14,6 +14,7 @@ inline constexpr int kScriptBytes = 11216;
 struct Outside {
   In* lines = nullptr;  // those that are typed, or of the command line and its files
   In* asked = nullptr;  // answers to "I."
+  bool clock = false;   // "#TIME" may ask when the line began that a batch has handed out last
   bool batch = false;   // no prompt, echo or help; a line without a target prints its value alone
 };
 inline Outside outside;
@@ -32,6 +33,8 @@ struct Run {
   char* line = nullptr;
   char* typed_area = nullptr;   // as large, and a zero: the line before it was cleaned
   const char* typed = nullptr;  // there, while the line is not of a block and messages are read
+  int word_length = 0;          // letters behind the '#' of the typed line; 0: there are none
+  double line_began = 0;        // processor time at which it did, as far as #TIME may ask for it
   const char* script_name = nullptr;  // in the line: of the script that it asks for
 
   // The stored block: entries one after another in the block area, each with its zero.

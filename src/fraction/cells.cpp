@@ -33,6 +33,7 @@ Cell read_cell(int v, int k) {
 
 void write_cell(int v, int k, const Cell& cell) {
   Limb* words = Mc[v]->limbs + k * NN;
+  cells_written[v] = std::max(cells_written[v], k + 1);
   words[0] = static_cast<Limb>(cell.top);
   words[1] = static_cast<Limb>(cell.middle);
   words[2] = static_cast<Limb>(cell.low);

@@ -18,6 +18,8 @@ void wire_variables() {
   for (int v = 0; v < kVariables; ++v) {
     M[v] = numf(Mc[v], Mm[v]);
     mclear(&M[v]);
+    cells_written[v] = 0;
+    limbs_written[v] = 1;
   }
   clear_marks();
 }

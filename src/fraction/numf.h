@@ -21,6 +21,18 @@ extern numf M[kVariables];
 extern numf Cn;
 void wire_variables();
 
+// How far the numerator array of each variable has been written, since the start or since a state
+// was loaded: up to which cell, from its front, and up to which limb, from its units. What lies
+// between is zero.
+inline int cells_written[kVariables];
+inline int limbs_written[kVariables];
+
+// To be called when the numerator of variable v may have become longer.
+inline void note_length(int v) {
+  if (M[v].c->len > limbs_written[v]) [[unlikely]]
+    limbs_written[v] = M[v].c->len;
+}
+
 // The fraction that the current result changes places with. An evaluation goes into it first, so
 // that one that is broken off leaves the current result as it was.
 extern numf spare;
