@@ -18,8 +18,13 @@ struct Powers {
   Integer b, e, m, expected;
 
   Powers(std::size_t n, std::size_t ne)
-      : base(random_limbs(n, 1)), exponent(random_limbs(ne, 2)), modulus(random_limbs(n, 3)),
-        r(n), b(base), e(exponent), m(modulus) {}
+      : base(random_limbs(n, 1)),
+        exponent(random_limbs(ne, 2)),
+        modulus(random_limbs(n, 3)),
+        r(n),
+        b(base),
+        e(exponent),
+        m(modulus) {}
 };
 
 Powers powers(const benchmark::State& state) {
@@ -62,12 +67,30 @@ void run_test(benchmark::State& state, bool (*test)(ConstLimbs, Workspace)) {
   for (auto _ : state) benchmark::DoNotOptimize(test(n, buffer));
 }
 
-BENCHMARK(run_ours)->Name("power_modulo/ours")->Args({1000, 1000})->Args({10000, 10000})
-    ->Args({100000, 100})->Unit(benchmark::kMillisecond);
-BENCHMARK(run_gmp)->Name("power_modulo/gmp")->Args({1000, 1000})->Args({10000, 10000})
-    ->Args({100000, 100})->Unit(benchmark::kMillisecond);
-BENCHMARK(run_square)->Name("square_modulo")->Arg(4)->Arg(12)->Arg(40)->Arg(125)->Arg(200)
-    ->Arg(250)->Arg(300)->Arg(350)->Arg(400)->Arg(600);
+BENCHMARK(run_ours)
+    ->Name("power_modulo/ours")
+    ->Args({1000, 1000})
+    ->Args({10000, 10000})
+    ->Args({100000, 100})
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(run_gmp)
+    ->Name("power_modulo/gmp")
+    ->Args({1000, 1000})
+    ->Args({10000, 10000})
+    ->Args({100000, 100})
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(run_square)
+    ->Name("square_modulo")
+    ->Arg(4)
+    ->Arg(12)
+    ->Arg(40)
+    ->Arg(125)
+    ->Arg(200)
+    ->Arg(250)
+    ->Arg(300)
+    ->Arg(350)
+    ->Arg(400)
+    ->Arg(600);
 BENCHMARK_CAPTURE(run_test, strong, passes_strong_test)->Name("prime_strong/ours/1000");
 BENCHMARK_CAPTURE(run_test, lucas, passes_strong_lucas_test)->Name("prime_lucas/ours/1000");
 

@@ -19,7 +19,7 @@ void powm(num* r, const num* x, const num* y, const num* z);
 // zero needs more than the record has, which has been reported.
 [[nodiscard]] int quotient_and_remainder(num* q, num* r, const num* x, const num* y);
 
-// The tests of limbs/probable_prime.h, for an odd n > 10^16 (three limbs at least).
+// The tests of limbs/probable_prime.h, for an odd n > 10^8.
 bool strong_probable_prime(const num* n);
 bool strong_lucas_probable_prime(const num* n);
 

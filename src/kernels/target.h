@@ -50,9 +50,9 @@ struct Target {
   // r[0..na+nb) = a x b for na <= nb, na <= kMaxColumn. r overlaps neither.
   void (*multiply_columns)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                            const std::uint32_t* b, std::size_t nb);
-  // r[0..last-first) = the columns [first, last) of that product, column 0 being the most significant
-  // limb: as if those behind them were zeros, and without the carry out of the first. What is left
-  // out lowers r by at most min(na, nb) (kBase + 2) units of its last limb.
+  // r[0..last-first) = the limbs [first, last) of that product, limb 0 being the most significant.
+  // What the columns behind them carry into the last is left out wholly or in part, which lowers r
+  // by at most min(na, nb) (kBase + 2) units of that limb.
   void (*multiply_part)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                         const std::uint32_t* b, std::size_t nb, std::size_t first,
                         std::size_t last);

@@ -21,7 +21,7 @@ constexpr std::uint32_t kWord = std::uint32_t{1} << Bits::kWordBits;
 constexpr std::size_t power_room(std::size_t words) { return words * 17 / 15 + 2; }
 
 void split(std::span<std::uint32_t> words, ConstLimbs a, Workspace ws) {
-  if (a.size() < kChunksRecursion) {
+  if (a.size() < kBitsRecursion) {
     const Limbs all = ws.take<Limb>(a.size());
     std::ranges::copy(a, all.begin());
     Limbs left = all;
@@ -64,8 +64,8 @@ std::size_t Bits::trailing_zeros() const {
 
 // A half has about half of the words, and its limbs are at most those of the power.
 std::size_t bits_workspace(std::size_t n) {
-  std::size_t size = Workspace::bytes<Limb>(std::min(n, kChunksRecursion));
-  if (n < kChunksRecursion) return size;
+  std::size_t size = Workspace::bytes<Limb>(std::min(n, kBitsRecursion));
+  if (n < kBitsRecursion) return size;
   const std::size_t room = power_room(bit_words(n) / 2 + 1);
   size += power_workspace(room) + divide_workspace(n);
   for (std::size_t words = bit_words(n); words > 1; words -= words / 2)

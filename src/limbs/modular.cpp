@@ -207,10 +207,9 @@ void slide(Limbs r, const Bits& bits, std::size_t w, ConstLimbs table, Modulus& 
 
 std::size_t power_modulo_workspace(std::size_t n) {
   return Workspace::bytes<std::uint32_t>(bit_words(n)) +
-         std::max(bits_workspace(n),
-                  Workspace::bytes<Limb>(table_limbs(n)) +
-                      std::max(Workspace::bytes<Limb>(n) + divide_workspace(n),
-                               modulus_workspace(n)));
+         std::max(bits_workspace(n), Workspace::bytes<Limb>(table_limbs(n)) +
+                                         std::max(Workspace::bytes<Limb>(n) + divide_workspace(n),
+                                                  modulus_workspace(n)));
 }
 
 void power_modulo(Limbs r, ConstLimbs base, ConstLimbs exponent, ConstLimbs m, Workspace ws) {

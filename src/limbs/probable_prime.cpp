@@ -3,8 +3,8 @@
 // an r < s.
 //
 // The sequences are not formed themselves but V' of P' = 1/Q - 2 and Q' = 1, whose roots are the
-// quotients of theirs: V_2k = Q^k V'_k. So each bit costs a square and a product, and no power of Q.
-// For d = 2j + 1 and m = j + 1
+// quotients of theirs: V_2k = Q^k V'_k. So each bit costs a square and a product, and no power of
+// Q. For d = 2j + 1 and m = j + 1
 //   D U_d = V_2m - Q V_2j = Q^m (V'_m - V'_j)  and  V_d = V_2m + Q V_2j = Q^m (V'_m + V'_j),
 // and V_(2d 2^r) is a power of Q times V'_(d 2^r).
 #include "limbs/probable_prime.h"
@@ -149,13 +149,12 @@ struct Chain {
 }  // namespace
 
 std::size_t probable_prime_workspace(std::size_t n) {
-  return Workspace::bytes<std::uint32_t>(bit_words(n + 1)) +
-         7 * Workspace::bytes<Limb>(n + 1) +
+  return Workspace::bytes<std::uint32_t>(bit_words(n + 1)) + 7 * Workspace::bytes<Limb>(n + 1) +
          std::max({bits_workspace(n + 1), modulus_workspace(n), divide_workspace(n)});
 }
 
 bool passes_strong_test(ConstLimbs n, Workspace ws) {
-  assert(n.size() >= 3 && n[0] != 0 && n.back() % 2 == 1);
+  assert(n.size() >= 2 && n[0] != 0 && n.back() % 2 == 1);
   const Limbs minus_one = ws.take<Limb>(n.size());
   const Limbs x = ws.take<Limb>(n.size());
   std::ranges::copy(n, minus_one.begin());
@@ -180,7 +179,7 @@ bool passes_strong_test(ConstLimbs n, Workspace ws) {
 }
 
 bool passes_strong_lucas_test(ConstLimbs n, Workspace ws) {
-  assert(n.size() >= 3 && n[0] != 0 && n.back() % 2 == 1);
+  assert(n.size() >= 2 && n[0] != 0 && n.back() % 2 == 1);
   const std::uint32_t d = find_parameter(n, ws);
   if (d == 0) return false;
   const Limbs next = ws.take<Limb>(n.size() + 1);

@@ -10,7 +10,7 @@ namespace tivelo::limbs {
 // Bytes of workspace that each of the tests takes on a number of at most n limbs.
 std::size_t probable_prime_workspace(std::size_t n);
 
-// Does n, odd and of at least three limbs without leading zeros, pass the strong test to base 2?
+// Does n, odd and of at least two limbs without leading zeros, pass the strong test to base 2?
 bool passes_strong_test(ConstLimbs n, Workspace ws);
 
 // Does such an n pass the strong Lucas test with Selfridge's parameters?
