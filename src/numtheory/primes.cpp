@@ -37,11 +37,11 @@ bool passes_base(std::uint64_t n, std::uint64_t d, int s, std::uint64_t base) {
 
 // Seven bases that no composite number below 2^64 passes (J. Sinclair, 2011).
 bool is_prime(std::uint64_t n) {
-  for (const std::uint64_t p : {2, 3, 5, 7, 11, 13, 17, 19, 23, 29, 31, 37})
+  for (const std::uint64_t p : {2u, 3u, 5u, 7u, 11u, 13u, 17u, 19u, 23u, 29u, 31u, 37u})
     if (n % p == 0) return n == p;
   if (n < 37 * 37) return n > 1;
   const int s = __builtin_ctzll(n - 1);
-  for (const std::uint64_t base : {2, 325, 9375, 28178, 450775, 9780504, 1795265022})
+  for (const std::uint64_t base : {2u, 325u, 9375u, 28178u, 450775u, 9780504u, 1795265022u})
     if (!passes_base(n, (n - 1) >> s, s, base)) return false;
   return true;
 }
