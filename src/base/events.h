@@ -40,6 +40,9 @@ enum class Event : std::uint8_t {
   cell_taken,
   cell_too_short,
   repeat_count_too_large,
+  integer_wanted,
+  divisor_is_zero,
+  modular_range,
   // Not understood, or not as it was meant.
   no_operand,
   nested_too_deep,
@@ -66,6 +69,7 @@ enum class Event : std::uint8_t {
   blank_between_digits,
   input_form,
   save_form,
+  variables_form,
   brace_text,
   block_full,
   repeat_in_block,

@@ -86,6 +86,11 @@ void mark_input(int v, bool cell) {
   if (!cell || !mark.exact()) set(cell ? kCells + v : v, mark);
 }
 
+void mark_variables(std::span<const int> variables) {
+  const Mark mark = of_line();
+  for (const int v : variables) set(v, mark);
+}
+
 const Mark& mark_of(int v) { return marks[v]; }
 const Mark& mark_of_cells(int v) { return marks[kCells + v]; }
 const Mark& mark_of_result() { return result; }

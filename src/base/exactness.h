@@ -3,6 +3,8 @@
 // follow from what spoils the value of a line and from the variables that it reads (line_mark.h).
 #pragma once
 
+#include <span>
+
 #include "base/events.h"
 
 namespace tivelo {
@@ -25,6 +27,9 @@ void mark_cell(int v);
 
 // The line's value becomes variable v, or a cell of it, past the current result.
 void mark_input(int v, bool cell);
+
+// The same for several variables that are made of the same line at once.
+void mark_variables(std::span<const int> variables);
 
 const Mark& mark_of(int v);
 const Mark& mark_of_cells(int v);

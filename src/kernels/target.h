@@ -50,6 +50,12 @@ struct Target {
   // r[0..na+nb) = a x b for na <= nb, na <= kMaxColumn. r overlaps neither.
   void (*multiply_columns)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                            const std::uint32_t* b, std::size_t nb);
+  // r[0..last-first) = the limbs [first, last) of that product, limb 0 being the most significant.
+  // What the columns behind them carry into the last is left out wholly or in part, which lowers r
+  // by at most min(na, nb) (kBase + 2) units of that limb.
+  void (*multiply_part)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
+                        const std::uint32_t* b, std::size_t nb, std::size_t first,
+                        std::size_t last);
   // r[0..2na) = a x a for na <= kMaxColumn.
   void (*square_columns)(std::uint32_t* r, const std::uint32_t* a, std::size_t na);
   // r[0..na+nb) = a x b where the product has at most one length of coefficients. Work: 4 lengths.

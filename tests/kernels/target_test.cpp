@@ -63,5 +63,28 @@ void dots() {
 
 TEST(Target, SumsProducts) { on_every_target(dots); }
 
+// Parts of products around the tiles: to the end exactly, from the front within the bound.
+void parts() {
+  Operands operands(43);
+  for (const std::uint32_t nb : {1u, 2u, 17u, 64u, 65u, 130u, 300u}) {
+    for (int round = 0; round < 60; ++round) {
+      const Number a = round < 4 ? Number(nb, kBase - 1) : operands.any(1 + operands.below(nb));
+      const Number b = round < 4 ? a : operands.any(nb);
+      const std::size_t size = a.size() + nb;
+      const std::size_t some = operands.below(static_cast<std::uint32_t>(size));
+      const std::size_t first = round % 2 == 0 ? some : 0, last = round % 2 == 0 ? size : some + 1;
+      Number r(last - first, 7);
+      target().multiply_part(r.data(), a.data(), a.size(), b.data(), nb, first, last);
+      const mpz_class all = big(a) * big(b) / power_of_base(size - last);
+      const mpz_class less = all % power_of_base(last - first) - big(r);
+      const mpz_class most = round % 2 == 0 ? mpz_class(0) : mpz_class(a.size() * (kBase + 2ul));
+      ASSERT_TRUE(less >= 0 && less <= most)
+          << a.size() << " " << nb << " " << first << " " << last;
+    }
+  }
+}
+
+TEST(Target, MultipliesInParts) { on_every_target(parts); }
+
 }  // namespace
 }  // namespace tivelo::kernels

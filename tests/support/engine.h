@@ -9,7 +9,9 @@
 #include "limbs/divide.h"
 #include "limbs/gcd.h"
 #include "limbs/linear.h"
+#include "limbs/modular.h"
 #include "limbs/multiply.h"
+#include "limbs/probable_prime.h"
 #include "limbs/product.h"
 #include "limbs/remainders.h"
 #include "support/oracle.h"
@@ -109,6 +111,22 @@ inline bool raises(const Number& base, std::uint32_t n) {
   const std::size_t room = std::max<std::size_t>(length_of(expected), 1);
   return ends_in(expected, room, power_workspace(room),
                  [&](Number& r, Workspace ws) { return power(r, base, n, ws); });
+}
+
+inline bool raises_modulo(const Number& base, const Number& exponent, const Number& m) {
+  mpz_class expected;
+  mpz_powm(expected.get_mpz_t(), big(base).get_mpz_t(), big(exponent).get_mpz_t(),
+           big(m).get_mpz_t());
+  Number r(m.size(), 7);
+  LentWorkspace lent(power_modulo_workspace(std::max({base.size(), exponent.size(), m.size()})));
+  power_modulo(r, base, exponent, m, lent.workspace());
+  return big(r) == expected;
+}
+
+inline bool passes(bool (*test)(ConstLimbs, Workspace), const mpz_class& n) {
+  const Number run = run_of(n, length_of(n));
+  LentWorkspace lent(probable_prime_workspace(run.size()));
+  return test(run, lent.workspace());
 }
 
 inline bool finds_remainders(const Number& a, const std::vector<std::uint32_t>& moduli) {
