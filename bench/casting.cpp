@@ -1,0 +1,99 @@
+// What the check by residues costs: products of two N-digit numbers and squares, by the target's
+// transform alone and with the check, in turns on every target; medians of one run (preset bench):
+//   build/bench/bench/casting [ROUNDS]
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "kernels/target.h"
+#include "limbs/multiply.h"
+#include "support.h"
+
+namespace tivelo::limbs {
+namespace {
+
+using kernels::Target;
+using kernels::target;
+
+double now() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+double median(std::vector<double> x) {
+  std::nth_element(x.begin(), x.begin() + static_cast<std::ptrdiff_t>(x.size() / 2), x.end());
+  return x[x.size() / 2];
+}
+
+struct Product {
+  std::vector<Limb> a, b, r;
+  Buffer work;
+  int repeat;  // so that one turn takes a millisecond or more
+
+  explicit Product(std::size_t n)
+      : a(random_limbs(n, 1)),
+        b(random_limbs(n, 2)),
+        r(2 * n),
+        work(multiply_workspace(n, n)),
+        repeat(static_cast<int>(100000 / n + 1)) {}
+
+  void alone(bool squares) {
+    const Target& t = target();
+    const std::size_t n = a.size();
+    const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(n, n));
+    Workspace ws = work;
+    double* x = ws.take<double>((squares ? 3 : 4) * kernels::transform_length(s)).data();
+    if (squares) {
+      t.square_transform(r.data(), a.data(), n, s, x);
+    } else {
+      t.multiply_transform(r.data(), a.data(), n, b.data(), n, s, x);
+    }
+  }
+  void with_check(bool squares) { squares ? square(r, a, work) : multiply(r, a, b, work); }
+
+  double time(bool squares, bool check) {
+    const double start = now();
+    for (int i = 0; i < repeat; ++i) check ? with_check(squares) : alone(squares);
+    return (now() - start) / repeat;
+  }
+};
+
+struct Times {
+  std::vector<double> alone, with_check;
+};
+
+void show(std::size_t digits, int rounds) {
+  Product p(digits / kLimbDigits);
+  std::vector<const char*> names;
+  for (const char* const* name = kernels::target_names(); *name != nullptr; ++name)
+    names.push_back(*name);
+  std::vector<Times> times(2 * names.size());
+  for (int round = 0; round <= rounds; ++round) {
+    for (std::size_t i = 0; i < times.size(); ++i) {
+      kernels::force_target(names[i / 2]);
+      const bool first = round % 2 == 0;
+      const double x = p.time(i % 2 != 0, first);
+      const double y = p.time(i % 2 != 0, !first);
+      if (round == 0) continue;  // for warmth
+      times[i].with_check.push_back(first ? x : y);
+      times[i].alone.push_back(first ? y : x);
+    }
+  }
+  for (std::size_t i = 0; i < times.size(); ++i) {
+    const double alone = median(times[i].alone), with_check = median(times[i].with_check);
+    std::printf("%9zu digits  %-8s %-8s %11.2f us  with check %11.2f us  share %5.2f %%\n", digits,
+                names[i / 2], i % 2 != 0 ? "square" : "product", alone * 1e6, with_check * 1e6,
+                100 * (with_check - alone) / alone);
+  }
+}
+
+}  // namespace
+}  // namespace tivelo::limbs
+
+int main(int count, char** arguments) {
+  const int rounds = count > 1 ? std::atoi(arguments[1]) : 41;
+  for (const std::size_t digits : {10000u, 100000u, 1000000u, 10000000u})
+    tivelo::limbs::show(digits, digits > 1000000 ? (rounds + 1) / 2 : rounds);
+  return 0;
+}
