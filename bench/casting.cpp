@@ -1,5 +1,6 @@
 // What the check by residues costs: products of two N-digit numbers and squares, by the target's
-// transform alone and with the check, in turns on every target; medians of one run (preset bench):
+// transform alone and with the check, in turns on every target; medians of one run, for the share
+// of the differences of neighbours (preset bench):
 //   build/bench/bench/casting [ROUNDS]
 #include <algorithm>
 #include <chrono>
@@ -60,7 +61,7 @@ struct Product {
 };
 
 struct Times {
-  std::vector<double> alone, with_check;
+  std::vector<double> alone, with_check, share;
 };
 
 void show(std::size_t digits, int rounds) {
@@ -76,15 +77,16 @@ void show(std::size_t digits, int rounds) {
       const double x = p.time(i % 2 != 0, first);
       const double y = p.time(i % 2 != 0, !first);
       if (round == 0) continue;  // for warmth
-      times[i].with_check.push_back(first ? x : y);
-      times[i].alone.push_back(first ? y : x);
+      const double with_check = first ? x : y, alone = first ? y : x;
+      times[i].with_check.push_back(with_check);
+      times[i].alone.push_back(alone);
+      times[i].share.push_back((with_check - alone) / alone);
     }
   }
   for (std::size_t i = 0; i < times.size(); ++i) {
-    const double alone = median(times[i].alone), with_check = median(times[i].with_check);
     std::printf("%9zu digits  %-8s %-8s %11.2f us  with check %11.2f us  share %5.2f %%\n", digits,
-                names[i / 2], i % 2 != 0 ? "square" : "product", alone * 1e6, with_check * 1e6,
-                100 * (with_check - alone) / alone);
+                names[i / 2], i % 2 != 0 ? "square" : "product", median(times[i].alone) * 1e6,
+                median(times[i].with_check) * 1e6, median(times[i].share) * 100);
   }
 }
 
