@@ -2,6 +2,8 @@
 // transform alone and with the check, in turns on every target; medians of one run, for the share
 // of the differences of neighbours (preset bench):
 //   build/bench/bench/casting [ROUNDS]
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -27,16 +29,37 @@ double median(std::vector<double> x) {
   return x[x.size() / 2];
 }
 
+// Results and workspace lie in huge pages where the system has them, as the calculator's do.
+class HugePages {
+ public:
+  explicit HugePages(std::size_t size)
+      : size_((size / kPage + 1) * kPage), data_(std::aligned_alloc(kPage, size_)) {
+    ::madvise(data_, size_, MADV_HUGEPAGE);
+  }
+  ~HugePages() { std::free(data_); }
+  HugePages(const HugePages&) = delete;
+  HugePages& operator=(const HugePages&) = delete;
+  Workspace workspace() const { return {static_cast<std::byte*>(data_), size_}; }
+
+ private:
+  static constexpr std::size_t kPage = std::size_t{1} << 21;
+  std::size_t size_;
+  void* data_;
+};
+
 struct Product {
-  std::vector<Limb> a, b, r;
-  Buffer work;
+  std::vector<Limb> a, b;
+  HugePages memory;
+  Workspace work;
+  Limbs r;
   int repeat;  // so that one turn takes a millisecond or more
 
   explicit Product(std::size_t n)
       : a(random_limbs(n, 1)),
         b(random_limbs(n, 2)),
-        r(2 * n),
-        work(multiply_workspace(n, n)),
+        memory(Workspace::bytes<Limb>(2 * n) + multiply_workspace(n, n)),
+        work(memory.workspace()),
+        r(work.take<Limb>(2 * n)),
         repeat(static_cast<int>(100000 / n + 1)) {}
 
   void alone(bool squares) {

@@ -50,7 +50,7 @@ Shape shape_for(std::size_t n);
 struct Sums {
   std::uint64_t plain[2];
   std::uint64_t weighted[2];  // each limb times the pair it is in, the last being pair 0
-  std::uint32_t largest;      // of all limbs; where that is no limb, the sums may be anything
+  bool excess;                // some limb is kBase or more; then the sums may be anything
 };
 
 // One target. `work` and `prepared` are aligned to 64 bytes and hold a number of lengths, that is

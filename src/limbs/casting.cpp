@@ -18,7 +18,7 @@ using kernels::Target;
 struct LongSums {
   std::uint64_t plain[2] = {};
   Wide weighted[2] = {};
-  std::uint32_t largest = 0;
+  bool excess = false;
 };
 
 // Whole parts follow the first one, so that all have their limbs at places of their own kind.
@@ -35,7 +35,7 @@ LongSums sums_of(ConstLimbs a, const Target& t) {
       all.weighted[place] += Wide{all.plain[place]} * (part / 2) + sums.weighted[place];
       all.plain[place] += sums.plain[place];
     }
-    if (sums.largest > all.largest) all.largest = sums.largest;
+    all.excess |= sums.excess;
   }
   return all;
 }
@@ -76,7 +76,7 @@ Residue product_of(const Residue& a, const Residue& b) {
 
 bool casts_out(ConstLimbs r, const Residue& expected, const Target& t) {
   const LongSums sums = sums_of(r, t);
-  return sums.largest < kBase && residue(sums) == expected;
+  return !sums.excess && residue(sums) == expected;
 }
 
 }  // namespace tivelo::limbs

@@ -28,6 +28,14 @@ void residues() {
     ASSERT_TRUE(casts_out(a, x, target()));
     ASSERT_TRUE(x.rest < kCastOut && x.fold < kCastOut);
   }
+  // What is no limb is seen, whatever its residue.
+  for (const Limb excess : {kBase, kBase + 1, 1u << 27, 1u << 31, ~0u - 34217727, ~0u}) {
+    for (std::size_t i = 0; i < 300; ++i) {
+      Number a = operands.any(300);
+      a[i] = excess;
+      ASSERT_FALSE(casts_out(a, residue_of(a, target()), target())) << excess << " at " << i;
+    }
+  }
   // Nines in all places and the longest runs that there are.
   for (const std::size_t n :
        {kMostSummed - 1, kMostSummed, kMostSummed + 1, std::size_t{1} << 25}) {
@@ -66,7 +74,7 @@ std::vector<Product> products(const Target& t) {
     put(std::max(n, from.even), std::max(n, from.even));
     put_square(n + from.square);
   }
-  for (const std::size_t ratio : {2, 5, 12, 13}) put(ratio * from.uneven + 7, from.uneven);
+  for (const std::size_t ratio : {2u, 5u, 12u, 13u}) put(ratio * from.uneven + 7, from.uneven);
   put(2000, 1501);
   return all;
 }
@@ -93,11 +101,11 @@ void damage_products(const Target& t, const Target& second, int times, bool twic
   kernels::force_targets(&first_road, &second_road);
   Number r;
   int refused = 0;
-  const auto any = [](int among) { return static_cast<Fault>(1 + faults.some.below(among)); };
+  const auto any = [](unsigned among) { return static_cast<Fault>(1 + faults.some.below(among)); };
   for (int i = 0; i < times && !testing::Test::HasFatalFailure(); ++i) {
     const Product& p = all[static_cast<std::size_t>(i) % all.size()];
     const bool slices = p.a.size() >= 12 * p.b.size();
-    faults.of_road[0] = any(slices ? 11 : 10);
+    faults.of_road[0] = any(slices ? 11u : 10u);
     faults.of_road[1] = twice ? any(10) : Fault::kNone;
     faults.calls[1] = 0;
     const bool out = multiply_refused(r, p, lent);
