@@ -1,7 +1,7 @@
 // What the check by residues costs: products of two N-digit numbers and squares, by the target's
 // transform alone and with the check, in turns on every target; medians of one run, for the share
 // of the differences of neighbours (preset bench):
-//   build/bench/bench/casting [ROUNDS]
+//   build/bench/bench/casting [ROUNDS [DIGITS]]
 #include <sys/mman.h>
 
 #include <algorithm>
@@ -117,8 +117,9 @@ void show(std::size_t digits, int rounds) {
 }  // namespace tivelo::limbs
 
 int main(int count, char** arguments) {
-  const int rounds = count > 1 ? std::atoi(arguments[1]) : 41;
+  const int rounds = count > 1 ? std::atoi(arguments[1]) : 61;
+  const std::size_t only = count > 2 ? std::strtoull(arguments[2], nullptr, 10) : 0;
   for (const std::size_t digits : {10000u, 100000u, 1000000u, 10000000u})
-    tivelo::limbs::show(digits, digits > 1000000 ? (rounds + 1) / 2 : rounds);
+    if (only == 0 || only == digits) tivelo::limbs::show(digits, rounds);
   return 0;
 }
