@@ -204,6 +204,10 @@ constexpr EventRow kRows[] = {
     {no_storage_for_script, kStorage, false, kErr,
      "{n} bytes of storage cannot be had; {s} is not run", nullptr},
     {output_not_written, kStorage, false, kNone, "standard output cannot be written", nullptr},
+    {product_wrong, kStorage, false, "err \n",
+     "a product came out wrong, and again by another way; nothing stored. This machine's memory or "
+     "processor is not to be trusted",
+     nullptr},
     {cut_sum, kCut, true, kNone, "common denominator above 100000000", nullptr},
     {cut_beside_decimal, kCut, true, kNone, "a fraction beside a decimal", nullptr},
     {cut_product, kCut, true, kNone, "a product over a denominator of 100000000 or more", nullptr},
@@ -212,6 +216,10 @@ constexpr EventRow kRows[] = {
     {cut_reduction, kCut, true, kNone, "a decimal over a denominator", nullptr},
     {approximated, kCut, true, kNone, "a function's or constant's value", nullptr},
     {cut_from_here, kNote, false, kNone, "{s} is not exact from here on: {r}", nullptr},
+    {product_redone, kNote, false, kNone,
+     "a product came out wrong and was done again; this machine's memory or processor is not to be "
+     "trusted",
+     nullptr},
     {literal_in_decimal, kNote, true, kNone,
      "four or more places make a decimal of 16, the last of them 1 where it was not typed",
      "Exact: 12345/10000."},

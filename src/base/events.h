@@ -111,6 +111,7 @@ enum class Event : std::uint8_t {
   no_storage,
   no_storage_for_script,
   output_not_written,
+  product_wrong,
   // Places that were cut: the reason in the mark of a value, told once it reaches a variable.
   cut_sum,
   cut_beside_decimal,
@@ -121,6 +122,7 @@ enum class Event : std::uint8_t {
   approximated,
   cut_from_here,
   // Worth knowing.
+  product_redone,
   literal_in_decimal,
   imaginary_root,
   decimal_not_truncated,

@@ -145,14 +145,6 @@ void start_script(Run& run) {
 
 Flow run_nested(const char* name, Nesting& nesting);
 
-Flow pass_unless_interrupted(Run& run) {
-  try {
-    return run_pass(run);
-  } catch (const Interrupted&) {
-    return Flow::interrupted;
-  }
-}
-
 // Says what was broken off, on a new line of the terminal; where nothing was but a line, only the
 // first time.
 void tell_interruption(Run& run) {
@@ -176,6 +168,17 @@ void tell_interruption(Run& run) {
   }
 }
 
+Flow pass_unless_interrupted(Run& run) {
+  try {
+    return run_pass(run);
+  } catch (const Interrupted&) {
+    tell_interruption(run);
+  } catch (const Refused&) {  // has been told
+    set_line_in_hand(nullptr, nullptr);
+  }
+  return Flow::interrupted;
+}
+
 // Leaves the block and the script of the run; what they stored stays.
 Flow return_to_console(Run& run) {
   if (run.capturing) run.block_entries = 0;
@@ -192,7 +195,6 @@ Flow run_lines(Run& run, Nesting& nesting) {
   Flow flow = Flow::next;
   while (flow == Flow::next) {
     flow = pass_unless_interrupted(run);
-    if (flow == Flow::interrupted) tell_interruption(run);
     if (flow == Flow::script) flow = run_nested(run.script_name, nesting);
     if (flow == Flow::interrupted && nesting.depth == 0) flow = return_to_console(run);
   }

@@ -46,6 +46,7 @@ const Available& available() {
 }
 
 std::atomic<const Target*> chosen{nullptr};
+std::atomic<const Target*> chosen_second{&kPortableTarget};
 
 }  // namespace
 
@@ -73,6 +74,8 @@ const Target& target() {
   return *t;
 }
 
+const Target& second_target() { return *chosen_second.load(std::memory_order_relaxed); }
+
 const char* const* target_names() { return available().names; }
 
 bool force_target(const char* name) {
@@ -83,6 +86,11 @@ bool force_target(const char* name) {
     return true;
   }
   return false;
+}
+
+void force_targets(const Target* first, const Target* second) {
+  chosen.store(first, std::memory_order_relaxed);
+  chosen_second.store(second != nullptr ? second : &kPortableTarget, std::memory_order_relaxed);
 }
 
 }  // namespace tivelo::kernels

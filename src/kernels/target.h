@@ -25,6 +25,10 @@ inline constexpr std::size_t kMaxColumn = 1844;
 inline constexpr std::size_t kRowBlock = 8;
 inline constexpr std::size_t kDotLimbs = 32;
 
+// Limbs that sum_limbs() takes at most: half as many pairs, and the sum of (pair x limb) stays
+// below 10^8 x 2^37 < 2^64.
+inline constexpr std::size_t kMostSummed = std::size_t{1} << 20;
+
 // The shortest transform has 2^6 coefficients: one block of eight by eight on the widest target.
 inline constexpr int kShortestTransform = 6;
 
@@ -41,6 +45,13 @@ std::size_t product_coefficients(std::size_t na, std::size_t nb);
 
 // The shortest transform of at least n coefficients: at most 5/4 of n from 256 on.
 Shape shape_for(std::size_t n);
+
+// Sums over a run of limbs, apart for [0] even and [1] odd places from the end, the last being 0.
+struct Sums {
+  std::uint64_t plain[2];
+  std::uint64_t weighted[2];  // each limb times the pair it is in, the last being pair 0
+  bool excess;                // some limb is kBase or more; then the sums may be anything
+};
 
 // One target. `work` and `prepared` are aligned to 64 bytes and hold a number of lengths, that is
 // transform_length(s) doubles each.
@@ -80,11 +91,17 @@ struct Target {
                              std::size_t n);
   std::uint32_t (*subtract_limbs)(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
                                   std::size_t n);
+  // The sums of a[0..n) for 1 <= n <= kMostSummed.
+  void (*sum_limbs)(Sums* sums, const std::uint32_t* a, std::size_t n);
 };
 
 // The target in use: the first of avx512, avx2, portable that this processor can run, unless
 // force_target() has chosen another.
 const Target& target();
+
+// The target by which a product is done again that came out wrong: portable, unless force_targets()
+// has chosen another.
+const Target& second_target();
 
 // The names of the targets that this processor can run, in order of preference; null-terminated.
 const char* const* target_names();
@@ -92,5 +109,9 @@ const char* const* target_names();
 // Makes `name` the target in use; false (and no change) where this processor cannot run it. For
 // tests and benchmarks, while nothing multiplies.
 bool force_target(const char* name);
+
+// Makes these the targets in use; null stands for the one that would be chosen. They stay the
+// caller's. For tests, which damage what a target has done.
+void force_targets(const Target* first, const Target* second);
 
 }  // namespace tivelo::kernels

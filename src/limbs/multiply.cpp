@@ -1,19 +1,25 @@
 // Chooses the method by length: columns for short operands (in scalar registers while both are very
 // short), the exact transform for long ones, and slices of the longer operand against one transform
-// of the shorter where they are far apart.
+// of the shorter where they are far apart. What a transform has made is checked by its residue, and
+// made again in another way where that is wrong.
 #include "limbs/multiply.h"
 
 #include <algorithm>
 #include <cassert>
 #include <iterator>
 
+#include "base/interrupt.h"
+#include "base/report.h"
 #include "kernels/target.h"
 #include "kernels/transform_tables.h"
+#include "limbs/casting.h"
 #include "limbs/linear.h"
 #include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
 namespace {
+
+using kernels::Target;
 
 // r = a x b column by column in scalar registers, for a shorter operand of N limbs.
 template <std::size_t N>
@@ -47,9 +53,66 @@ static_assert(kMaxLimbs == std::size_t{1} << 25, "operands of up to 268 million 
 constexpr std::size_t kSliceRatio = 12;
 constexpr std::size_t kSlice = 7;
 
-// a in slices, least significant first, each times b added to what is there already.
+bool same_run(ConstLimbs a, ConstLimbs b) { return a.data() == b.data() && a.size() == b.size(); }
+
+Residue residue_of_product(ConstLimbs a, ConstLimbs b, const Target& t) {
+  const Residue x = residue_of(a, t);
+  return product_of(x, same_run(a, b) ? x : residue_of(b, t));
+}
+
+// r = a x b by one transform, unchecked.
+void transform(Limbs r, ConstLimbs a, ConstLimbs b, const Target& t, Workspace ws) {
+  const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(a.size(), b.size()));
+  const std::size_t length = kernels::transform_length(s);
+  if (same_run(a, b)) {
+    double* work = ws.take<double>(3 * length).data();
+    t.square_transform(r.data(), a.data(), a.size(), s, work);
+  } else {
+    double* work = ws.take<double>(4 * length).data();
+    t.multiply_transform(r.data(), a.data(), a.size(), b.data(), b.size(), s, work);
+  }
+}
+
+// Nobody is told where the engine runs alone. No place in the line is to blame.
+void tell(Event event) {
+  if (answers != nullptr) report(event, {.place = ""});
+}
+
+// r = a x b for a.size() >= b.size() or so, after it has come out wrong: by the second target, in
+// halves of a, so that the transforms have other lengths than before, and so does all that lies in
+// memory. Takes 24 bytes for each limb of b and half of a; ends the computation if it is wrong
+// again.
+[[gnu::cold, gnu::noinline]] void transform_again(Limbs r, ConstLimbs a, ConstLimbs b,
+                                                  Workspace ws) {
+  const Target& t = kernels::second_target();
+  const std::size_t upper = a.size() / 2;
+  const ConstLimbs lower = a.subspan(upper);
+  transform(r.subspan(upper), lower, b, t, ws);
+  if (upper > 0) {
+    const Limbs part = ws.take<Limb>(upper + b.size());
+    transform(part, a.first(upper), b, t, ws);
+    std::fill_n(r.begin(), upper, 0);
+    add(r.first(part.size()), r.first(part.size()), part);
+  }
+  if (!casts_out(r, residue_of_product(a, b, t), t)) {
+    tell(Event::product_wrong);
+    refuse();
+  }
+  tell(Event::product_redone);
+}
+
+// r = a x b by one transform.
+void multiply_long(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
+  const Target& t = kernels::target();
+  const Residue expected = residue_of_product(a, b, t);
+  transform(r, a, b, t, ws);
+  if (!casts_out(r, expected, t)) transform_again(r, a, b, ws);
+}
+
+// a in slices, least significant first, each times b, checked, added to what is there already. A
+// product may be wrong because of what is kept of b: that is then made again, too.
 void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
-  const kernels::Target& t = kernels::target();
+  const Target& t = kernels::target();
   const std::size_t nb = b.size();
   assert(nb < kMaxLimbs);
   const std::size_t most = std::min(kSlice * nb, kMaxLimbs - nb);
@@ -57,14 +120,23 @@ void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   const std::size_t na = (a.size() + slices - 1) / slices;
   const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(na, nb));
   const std::size_t length = kernels::transform_length(s);
+  const Limbs part = ws.take<Limb>(na + nb);
+  const Workspace for_redoing = ws;
   const std::span<double> prepared = ws.take<double>(3 * length);
   const std::span<double> work = ws.take<double>(3 * length);
-  const Limbs part = ws.take<Limb>(na + nb);
+  Residue residue_of_b = residue_of(b, t);
   t.prepare(prepared.data(), b.data(), nb, s);
   std::fill_n(r.end() - static_cast<std::ptrdiff_t>(nb), nb, 0);
   for (std::size_t end = a.size(); end > 0;) {
     const std::size_t n = std::min(na, end);
-    t.multiply_prepared(part.data(), a.data() + end - n, n, prepared.data(), nb, s, work.data());
+    const ConstLimbs slice = a.subspan(end - n, n);
+    const Residue expected = product_of(residue_of(slice, t), residue_of_b);
+    t.multiply_prepared(part.data(), slice.data(), n, prepared.data(), nb, s, work.data());
+    if (!casts_out(part.first(n + nb), expected, t)) {
+      transform_again(part.first(n + nb), slice, b, for_redoing);
+      t.prepare(prepared.data(), b.data(), nb, s);
+      residue_of_b = residue_of(b, t);
+    }
     // The upper nb limbs of what came before are r[end, end + nb).
     std::copy_n(part.data(), n, r.data() + end - n);
     const Limb carry = add(r.subspan(end, nb), r.subspan(end, nb), part.subspan(n, nb));
@@ -91,8 +163,8 @@ void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   if (a.size() < b.size()) std::swap(a, b);
   if (a.size() <= kNarrowProduct && b.size() <= std::size(kNarrow))
     return kNarrow[b.size() - 1](r, a, b);
-  if (a.data() == b.data() && a.size() == b.size()) return square(r, a, ws);
-  const kernels::Target& t = kernels::target();
+  if (same_run(a, b)) return square(r, a, ws);
+  const Target& t = kernels::target();
   const bool even = a.size() < 2 * b.size();
   if (b.size() < (even ? t.thresholds.even : t.thresholds.uneven)) {
     return t.multiply_columns(r.data(), b.data(), b.size(), a.data(), a.size());
@@ -100,21 +172,17 @@ void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   if (a.size() / b.size() >= kSliceRatio || a.size() + b.size() > kMaxLimbs) {
     return multiply_slices(r, a, b, ws);
   }
-  const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(a.size(), b.size()));
-  const std::span<double> work = ws.take<double>(4 * kernels::transform_length(s));
-  t.multiply_transform(r.data(), a.data(), a.size(), b.data(), b.size(), s, work.data());
+  multiply_long(r, a, b, ws);
 }
 
 void square(Limbs r, ConstLimbs a, Workspace ws) {
   assert(r.size() == 2 * a.size() && !a.empty());
-  const kernels::Target& t = kernels::target();
+  const Target& t = kernels::target();
   if (a.size() < t.thresholds.square) {
     return t.square_columns(r.data(), a.data(), a.size());
   }
   if (2 * a.size() > kMaxLimbs) return multiply_slices(r, a, a, ws);
-  const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(a.size(), a.size()));
-  const std::span<double> work = ws.take<double>(3 * kernels::transform_length(s));
-  t.square_transform(r.data(), a.data(), a.size(), s, work.data());
+  multiply_long(r, a, a, ws);
 }
 
 }  // namespace tivelo::limbs

@@ -6,6 +6,7 @@
 
 #include "base/exactness.h"
 #include "support/calculator.h"
+#include "support/damage.h"
 #include "support/folder.h"
 
 namespace tivelo::tests {
@@ -196,6 +197,48 @@ TEST(Messages, AreCountedAndPointAtTheirPlace) {
   EXPECT_EQ(last,
             "tivelo: column 4: division by zero; 0 in its place\n"
             "tivelo: 4 times more: column 4: division by zero; 0 in its place\n");
+}
+
+// A product that came out wrong is told once for a line, and nothing else comes of it; one that did
+// so twice ends the line, and the repeat it is in, and nothing of it is stored.
+TEST(Messages, OfAMachineThatErrs) {
+  const kernels::Target first = damaged<0>(kernels::target());
+  const kernels::Target second = damaged<1>(kernels::second_target());
+  const std::string redone = "tivelo: a product came out wrong and was done again; this machine's";
+  const std::string wrong = "tivelo: a product came out wrong, and again by another way; nothing";
+  struct Line {
+    const char* typed;
+    Fault first, second;
+    std::string told;
+  };
+  constexpr Fault kNone = Fault::kNone, kLimb = Fault::kLimb;
+  const Line lines[] = {{"A=3^15100", kNone, kNone, ""},  {"B=A*A+A*A", kLimb, kNone, redone},
+                        {"C=B-2*A*A", kNone, kNone, ""},  {"D=1", kNone, kNone, ""},
+                        {"D=2+A*A", kLimb, kLimb, wrong}, {"{", kNone, kNone, ""},
+                        {"D=D+1", kNone, kNone, ""},      {"E=A*A", kNone, kNone, ""},
+                        {"}", kNone, kNone, ""},          {"R5", kLimb, kLimb, wrong},
+                        {"F=C+D", kNone, kNone, ""}};
+  kernels::force_targets(&first, &second);
+  std::vector<std::string> typed;
+  for (const Line& line : lines) typed.emplace_back(line.typed);
+  const auto look = [&](std::size_t i, const std::string& told) {
+    EXPECT_TRUE(lines[i].told.empty() ? told.empty() : told.starts_with(lines[i].told)) << told;
+    EXPECT_LE(std::ranges::count(told, '\n'), 2) << told;
+    EXPECT_EQ(told.find("interrupted"), told.npos);
+    EXPECT_TRUE(mark_of(1).exact());
+    if (i + 1 == typed.size()) {
+      EXPECT_EQ(units(Mc['F' - 'A']), 2u);
+      return;
+    }
+    faults.of_road[0] = lines[i + 1].first;
+    faults.of_road[1] = lines[i + 1].second;
+  };
+  type(typed, look, {"2"});
+  faults.of_road[0] = faults.of_road[1] = kLimb;
+  Feed batch;
+  EXPECT_EQ(batch.run({"-p", "2", "-e", "A=3^15100*3^15100", "-e", "A+5"}), 4);
+  EXPECT_EQ(batch.printed.take(), "5\n");
+  kernels::force_targets(nullptr, nullptr);
 }
 
 // The sum of 1/N up to 100 is exact up to 1/22. Then every term that is no decimal of 16 places is

@@ -85,4 +85,15 @@ check("what a pair hands to the left is below 2^25", 2**51 // BASE < 2**25)
 column = numbers(target, "kMaxColumn")[0]
 check("kMaxColumn: the most products of limbs in 64 bits",
       column * BASE**2 < 2**64 <= (column + 1) * BASE**2)
+
+# The check by residues modulo m^2, m = 10^16 - 1 (docs/trust.md).
+sums = (KERNELS / "sums.inc").read_text()
+group, summed = numbers(sums, "kSumGroup")[0], 2 ** numbers(target, "kMostSummed")[1]
+m = BASE**2 - 1
+check("sums of a group in half a lane", group * (group + 1) // 2 * (BASE - 1) < 2**32)
+check("sums of the longest run in 64 bits", (summed // 2) ** 2 // 2 * (BASE - 1) < 2**64)
+check("any three neighbouring limbs are worth less than m^2", BASE**3 < m**2)
+check("two limbs wrong by the same, an even distance apart", (BASE - 1) * 2 ** longest < m)
+check("two ends exchanged, an odd distance apart",
+      all((BASE - 1) * (BASE * pow(BASE**2, k, m**2) + 1) % m**2 for k in (0, 1, 2, BASE, m - 1)))
 sys.exit(any(faults))

@@ -1,0 +1,154 @@
+// Residues against GMP, and a hundred thousand damaged products of which none may get through.
+#include "limbs/casting.h"
+
+#include "base/interrupt.h"
+#include "support/damage.h"
+#include "support/engine.h"
+
+namespace tivelo::limbs {
+namespace {
+
+using kernels::kMostSummed;
+using kernels::Target;
+using kernels::target;
+
+mpz_class value_of(const Residue& r) {
+  const mpz_class m = big(std::to_string(kCastOut));
+  return big(std::to_string(r.rest)) + m * big(std::to_string(r.fold));
+}
+
+void residues() {
+  Operands operands(62);
+  const mpz_class m = big(std::to_string(kCastOut)), modulus = m * m;
+  for (std::size_t n = 1; n < 600; ++n) {
+    const Number a = operands.any(n), b = operands.any(1 + operands.below(300));
+    const Residue x = residue_of(a, target()), y = residue_of(b, target());
+    ASSERT_EQ(value_of(x), big(a) % modulus) << n;
+    ASSERT_EQ(value_of(product_of(x, y)), big(a) * big(b) % modulus) << n;
+    ASSERT_TRUE(casts_out(a, x, target()));
+    ASSERT_TRUE(x.rest < kCastOut && x.fold < kCastOut);
+  }
+  // What is no limb is seen, whatever its residue.
+  for (const Limb excess : {kBase, kBase + 1, 1u << 27, 1u << 31, ~0u - 34217727, ~0u}) {
+    for (std::size_t i = 0; i < 300; ++i) {
+      Number a = operands.any(300);
+      a[i] = excess;
+      ASSERT_FALSE(casts_out(a, residue_of(a, target()), target())) << excess << " at " << i;
+    }
+  }
+  // Nines in all places and the longest runs that there are.
+  for (const std::size_t n :
+       {kMostSummed - 1, kMostSummed, kMostSummed + 1, std::size_t{1} << 25}) {
+    const mpz_class pairs = big(std::to_string(n / 2));
+    // 10^(8 n) - 1, from (1 + m)^(n / 2) = 1 + m n / 2.
+    const mpz_class power = (1 + m * pairs) * (n % 2 == 1 ? kBase : 1u);
+    ASSERT_EQ(value_of(residue_of(Number(n, kBase - 1), target())),
+              mpz_class((power - 1 + modulus) % modulus));
+  }
+}
+
+TEST(Casting, ResiduesOfEveryLength) { on_every_target(residues); }
+
+struct Product {
+  Number a, b, expected;
+  bool square = false;
+};
+
+// Shapes on both sides of every change of method, and of some changes of the transform's length.
+std::vector<Product> products(const Target& t) {
+  const kernels::Thresholds& from = t.thresholds;
+  std::vector<Product> all;
+  Operands operands(63);
+  const auto put = [&](std::size_t na, std::size_t nb) {
+    Product p{operands.number(na), operands.number(nb), {}};
+    p.expected = run_of(big(p.a) * big(p.b), na + nb);
+    all.push_back(p);
+  };
+  const auto put_square = [&](std::size_t n) {
+    put(n, n);
+    all.back().b = all.back().a;
+    all.back().expected = run_of(big(all.back().a) * big(all.back().a), 2 * n);
+    all.back().square = true;
+  };
+  for (const std::size_t n : {from.even, from.even + 1, std::size_t{640}, std::size_t{641}}) {
+    put(std::max(n, from.even), std::max(n, from.even));
+    put_square(n + from.square);
+  }
+  for (const std::size_t ratio : {2u, 5u, 12u, 13u}) put(ratio * from.uneven + 7, from.uneven);
+  put(2000, 1501);
+  return all;
+}
+
+// r = a x b, damaged as planned; true where it was refused.
+bool multiply_refused(Number& r, const Product& p, LentWorkspace& lent) {
+  std::byte* data = lent.workspace().take<std::byte>(0).data();
+  const Workspace ws(data, multiply_workspace(p.a.size(), p.b.size()));
+  try {
+    r.assign(p.expected.size(), 7);
+    p.square ? square(r, p.a, ws) : multiply(r, p.a, p.b, ws);
+  } catch (const Refused&) {
+    return true;
+  }
+  return false;
+}
+
+// Damages `times` products of t at random; those that are wrong are done again by `second`, and
+// that is damaged, too, if told so.
+void damage_products(const Target& t, const Target& second, int times, bool twice) {
+  const std::vector<Product> all = products(t);
+  const Target first_road = damaged<0>(t), second_road = damaged<1>(second);
+  LentWorkspace lent(multiply_workspace(8000, 8000));
+  kernels::force_targets(&first_road, &second_road);
+  Number r;
+  int refused = 0;
+  const auto any = [](unsigned among) { return static_cast<Fault>(1 + faults.some.below(among)); };
+  for (int i = 0; i < times && !testing::Test::HasFatalFailure(); ++i) {
+    const Product& p = all[static_cast<std::size_t>(i) % all.size()];
+    const bool slices = p.a.size() >= 12 * p.b.size();
+    faults.of_road[0] = any(slices ? 11u : 10u);
+    faults.of_road[1] = twice ? any(10) : Fault::kNone;
+    faults.calls[1] = 0;
+    const bool out = multiply_refused(r, p, lent);
+    refused += out;
+    const auto what = [&] {
+      return testing::Message() << static_cast<int>(faults.of_road[0]) << ", "
+                                << static_cast<int>(faults.of_road[1]) << " in " << p.a.size()
+                                << " by " << p.b.size();
+    };
+    [&] {
+      ASSERT_TRUE(out || r == p.expected) << what();
+      ASSERT_TRUE(twice || !out) << what();
+      ASSERT_GT(faults.calls[1], 0) << what();
+    }();
+  }
+  // A carry that was left is taken where the halves are added.
+  EXPECT_GE(refused, twice ? times * 8 / 10 : 0);
+  faults.of_road[0] = faults.of_road[1] = Fault::kNone;
+  kernels::force_targets(nullptr, nullptr);
+}
+
+// Sanitizers and coverage, which build as Debug, take twenty times as long.
+#ifdef NDEBUG
+constexpr int kFewer = 1;
+#else
+constexpr int kFewer = 10;
+#endif
+
+void once() {
+  const Target& t = target();
+  ASSERT_TRUE(kernels::force_target(kernels::target_names()[0]));
+  const bool slow = t.name == std::string("portable");
+  damage_products(t, target(), (slow ? 10000 : 45000) / kFewer, false);
+  damage_products(t, kernels::second_target(), 500, false);
+}
+
+void twice() {
+  const Target& t = target();
+  damage_products(t, t, t.name == std::string("portable") ? 500 : 3000, true);
+}
+
+TEST(Casting, NoDamageGetsThrough) { on_every_target(once); }
+TEST(Casting, DamagedTwiceIsRefused) { on_every_target(twice); }
+
+}  // namespace
+}  // namespace tivelo::limbs
