@@ -58,8 +58,10 @@ bool read_integers(std::span<const int> variables, const char* place) {
 
 // As assignments store a zero: with one limb.
 void finish(std::span<const int> changed) {
-  for (const int v : changed)
+  for (const int v : changed) {
     if (M[v].c->len == 0) M[v].c->len = 1;
+    note_length(v);
+  }
   mark_variables(changed);
 }
 

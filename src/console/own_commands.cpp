@@ -13,6 +13,7 @@
 #include "base/report.h"
 #include "console/help.h"
 #include "console/identity.h"
+#include "console/number_commands.h"
 #include "console/state_file.h"
 #include "eval/calc.h"
 
@@ -180,6 +181,30 @@ constexpr OwnCommand kOwnCommands[] = {
       {"#TIME", "#TIME."},
       "of the clock: TIME, without '#'"},
      tell_time},
+    {{"#DIV",
+      "#DIV X Y",
+      "X becomes the whole quotient X/Y, Y the remainder",
+      {"#DIV A B", "#DIVAB"},
+      "the remainder is never negative: of -7 by 2 it is 1"},
+     divide_command},
+    {{"#POWM",
+      "#POWM X Y Z",
+      "X becomes X^Y modulo Z",
+      {"#POWM A B C", "#POWM.ABC"},
+      "Y from 0 on, Z above 0; the result is never negative"},
+     power_modulo_command},
+    {{"#PRIME",
+      "#PRIME [expression]",
+      "is it prime: proven below 2^64, probable above",
+      {"#PRIME 2^61-1", "#PRIME A"},
+      "of 1, 0 and negative numbers: composite"},
+     prime_command},
+    {{"#NEXT",
+      "#NEXT X",
+      "X becomes the next prime above it, above 2^64 a probable one",
+      {"#NEXT A", "#NEXTA"},
+      "one variable, no expression"},
+     next_prime_command},
 };
 
 // "#HELP" [ word ]

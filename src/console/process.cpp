@@ -170,7 +170,9 @@ void tell_interruption(Run& run) {
 
 Flow pass_unless_interrupted(Run& run) {
   try {
-    return run_pass(run);
+    const Flow flow = run_pass(run);
+    if (flow == Flow::interrupted) tell_interruption(run);  // at a prompt
+    return flow;
   } catch (const Interrupted&) {
     tell_interruption(run);
   } catch (const Refused&) {  // has been told

@@ -15,8 +15,10 @@
 #include <cassert>
 
 #include "base/interrupt.h"
+#include "base/report.h"
 #include "base/wide.h"
 #include "limbs/binary.h"
+#include "limbs/casting.h"
 #include "limbs/divide.h"
 #include "limbs/linear.h"
 #include "limbs/multiply.h"
@@ -75,6 +77,11 @@ void Modulus::multiply_kept(Limbs r, ConstLimbs a, ConstLimbs b, const double* p
   const auto work = ws.take<double>(3 * kernels::transform_length(shape_));
   kernels::target().multiply_prepared(r.data(), a.data(), a.size(), prepared, b.size(), shape_,
                                       work.data());
+  // A kept transform can go wrong like any product; a plain one takes its place, and checks itself.
+  const kernels::Target& t = kernels::target();
+  if (casts_out(r, product_of(residue_of(a, t), residue_of(b, t)), t)) return;
+  report(Event::product_redone);
+  limbs::multiply(r, a, b, ws_);
 }
 
 // r = product_ mod m.
