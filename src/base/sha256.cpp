@@ -29,12 +29,13 @@ std::uint32_t load(const unsigned char* bytes) {
 
 using Word = std::uint32_t;
 
-inline void round(Word a, Word b, Word c, Word& d, Word e, Word f, Word g, Word& h, Word input) {
+// The input of the round has been added to h.
+inline void round(Word a, Word b, Word c, Word& d, Word e, Word f, Word g, Word& h) {
   const Word choice = g ^ (e & (f ^ g));
   const Word majority = (a & b) | (c & (a | b));
   const Word upper = std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25);
   const Word lower = std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22);
-  const Word sum = h + upper + choice + input;
+  const Word sum = h + upper + choice;
   d += sum;
   h = sum + lower + majority;
 }
@@ -59,14 +60,14 @@ void Sha256::take_blocks(const unsigned char* data, std::size_t count) {
         return w[k] + kRounds[i + k];
       };
       for (int k = 0; k < 16; k += 8) {
-        round(a, b, c, d, e, f, g, h, input(k));
-        round(h, a, b, c, d, e, f, g, input(k + 1));
-        round(g, h, a, b, c, d, e, f, input(k + 2));
-        round(f, g, h, a, b, c, d, e, input(k + 3));
-        round(e, f, g, h, a, b, c, d, input(k + 4));
-        round(d, e, f, g, h, a, b, c, input(k + 5));
-        round(c, d, e, f, g, h, a, b, input(k + 6));
-        round(b, c, d, e, f, g, h, a, input(k + 7));
+        round(a, b, c, d, e, f, g, h += input(k));
+        round(h, a, b, c, d, e, f, g += input(k + 1));
+        round(g, h, a, b, c, d, e, f += input(k + 2));
+        round(f, g, h, a, b, c, d, e += input(k + 3));
+        round(e, f, g, h, a, b, c, d += input(k + 4));
+        round(d, e, f, g, h, a, b, c += input(k + 5));
+        round(c, d, e, f, g, h, a, b += input(k + 6));
+        round(b, c, d, e, f, g, h, a += input(k + 7));
       }
     }
     const Word after[] = {a, b, c, d, e, f, g, h};

@@ -41,6 +41,7 @@ struct Words {
   // A number from least to most, and nothing else.
   bool next(std::int32_t* value, std::int32_t least, std::int32_t most) {
     const std::string_view word = next();
+    *value = 0;
     const auto [end, fault] = std::from_chars(word.data(), word.data() + word.size(), *value);
     return fault == std::errc() && end == word.data() + word.size() && *value >= least &&
            *value <= most;

@@ -36,7 +36,7 @@ std::size_t cell_words(int v) {
 // All digits of the limbs, the first of them without leading zeros unless `whole`.
 void put_limbs(Out& out, ConstLimbs limbs, bool whole) {
   constexpr std::size_t kPiece = 2048;
-  char text[kPiece * kLimbDigits];
+  char text[kPiece * kLimbDigits] = {};
   if (!whole && !limbs.empty()) {
     put(out, {text, static_cast<std::size_t>(lltoa(limbs[0], text))});
     limbs = limbs.subspan(1);

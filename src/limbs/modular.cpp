@@ -160,6 +160,7 @@ void write_short(Limbs r, std::uint64_t value) {
 }
 
 std::uint64_t short_power(std::uint64_t base, const Bits& bits, std::uint64_t m) {
+  assert(m > 0);
   std::uint64_t x = 1 % m;
   for (std::size_t i = bits.size(); i-- > 0;) {
     poll();
