@@ -73,8 +73,8 @@ class Fraction {
   char* text_;  // scratch
   const num* m_;
   const int machine_m_ = small_magnitude(m_, 0);  // m when it fits a machine integer, else 0
-  const Lent integer_{{m_}};
-  const Lent remainder_{{m_}};
+  const Lent integer_;
+  const Lent remainder_;
 };
 
 constexpr std::size_t kPiece = 2048;  // groups of eight places
