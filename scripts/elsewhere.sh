@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the calculator and its tests for 64-bit ARM and runs them under qemu: the units and the
-# transcripts, but for the longest products, what waits at terminals, and the checks of the
+# transcripts, but for the longest products, what waits at terminals or asks a shell, and the checks of the
 # tree.
 set -euo pipefail
 cd "$(dirname "$0")/.."
