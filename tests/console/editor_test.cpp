@@ -70,8 +70,9 @@ TEST_F(Editor, KeysMakeLines) {
   }
   person.expect("? ");
   for (const int terms : {2000, 50'000}) {
-    person.type(sum(terms) + "\r" + sum(terms) + "-1\r");
-    lines += sum(terms) + "\n" + sum(terms) + "-1\n";
+    const std::string paste = " " + sum(terms);
+    person.type(paste + "\r" + paste + "-1\r");
+    lines += paste + "\n" + paste + "-1\n";
   }
   person.type("\x04");
   EXPECT_EQ(person.end(), 0);
