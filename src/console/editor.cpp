@@ -287,6 +287,9 @@ bool edit_line() {
   const wchar_t* text = nullptr;
   if (editor != nullptr || start_editor()) {
     prepare_prompt();
+    // The library draws the prompt first by itself, and what is typed at sight of it must not meet
+    // the usual mode.
+    el_wset(editor, EL_PREP_TERM, 1);
     text = el_wgets(editor, &size);
     if (cancelled) {
       std::fputs("^C\n", screen);

@@ -63,12 +63,12 @@ TEST_F(Editor, KeysMakeLines) {
   AtTerminal person([] { return calculator("5"); });
   std::string lines;
   for (const auto& [keys, line] : kTyped) {
-    person.expect(line == " 24" || line == "9" ? "how many" : "? ");
+    person.expect(line == " 24" || line == "9" ? "\rhow many" : "\r? ");
     person.type(keys);
     lines += line + "\n";
     person.expect("\n");
   }
-  person.expect("? ");
+  person.expect("\r? ");
   for (const int terms : {2000, 50'000}) {
     const std::string paste = " " + sum(terms);
     person.type(paste + "\r" + paste + "-1\r");
@@ -109,15 +109,13 @@ TEST_F(Editor, OneTerminalAndLinesFromBefore) {
   person.expect("\rtwo?");
   person.type("4\r");
   person.expect("\r? ");
-  // Before the carriage return the terminal would echo the keys itself, and drop them with the
-  // stop.
   person.type("A*100");
   person.expect("A*100");
   person.type("\x1a");
   person.expect_stop();
   EXPECT_TRUE(person.keys.is_as_before());
   kill(person.program, SIGCONT);
-  person.expect("? A*100");
+  person.expect("\r? A*100");
   person.type("0\r");
   person.expect("T= 4000");
   person.type("Q.\r");
@@ -136,7 +134,7 @@ TEST_F(Editor, SignalsThatEndIt) {
   for (const int signal : {SIGTERM, SIGHUP, SIGQUIT}) {
     for (const std::string typed : {"", "1+1"}) {
       AtTerminal person([] { return calculator("0"); });
-      person.expect("? ");
+      person.expect("\r? ");
       person.type(typed);
       person.expect(typed);
       kill(person.program, signal);
@@ -176,17 +174,17 @@ int reader() {
 
 TEST_F(Editor, Cancelling) {
   AtTerminal person(reader);
-  person.expect("> ");
+  person.expect("\r> ");
   person.type("\x03");
   person.expect("^C\r\n");
-  person.expect("> ");
+  person.expect("\r> ");
   person.type("1+1\x1b[D");
   person.expect("1+1");
   person.type("\x03");
   person.expect("^C\r\n");
-  person.expect("> ");
+  person.expect("\r> ");
   person.type("2\x1b[A\r");
-  person.expect("> ");
+  person.expect("\r> ");
   person.type("\x04");
   EXPECT_EQ(person.end(), 0);
   EXPECT_EQ(person.printed.seen, "> cancelled\n> cancelled\n> 2\n> ");

@@ -18,7 +18,7 @@
 
 namespace tivelo::tests {
 
-inline constexpr int kPatience = 8'000;  // milliseconds; whoever waits longer hangs
+inline constexpr int kPatience = 60'000;  // milliseconds; whoever waits longer hangs
 
 struct Terminal {
   int outer = -1;  // the person's end
