@@ -42,12 +42,13 @@ LongSums sums_of(ConstLimbs a, const Target& t) {
 
 std::uint64_t once_less(std::uint64_t x) { return x >= kCastOut ? x - kCastOut : x; }
 
-// x = q m + rest, returning q, for x < 2^117. By the reciprocal of m, 2^53 < m < 2^54: the bits of x
-// that are left out, those of the reciprocal and those of the product each take less than 1 from
+// x = q m + rest, returning q, for x < 2^117. By the reciprocal of m, 2^53 < m < 2^54: the bits of
+// x that are left out, those of the reciprocal and those of the product each take less than 1 from
 // the quotient, so the rest is below 4 m at first.
 std::uint64_t divide(Wide x, std::uint64_t* rest) {
   constexpr auto kReciprocal = static_cast<std::uint64_t>((Wide{1} << 117) / kCastOut);
-  auto q = static_cast<std::uint64_t>(Wide{static_cast<std::uint64_t>(x >> 53)} * kReciprocal >> 64);
+  auto q =
+      static_cast<std::uint64_t>(Wide{static_cast<std::uint64_t>(x >> 53)} * kReciprocal >> 64);
   std::uint64_t left = static_cast<std::uint64_t>(x) - q * kCastOut;
   for (; left >= kCastOut; left -= kCastOut) ++q;
   *rest = left;
