@@ -136,7 +136,7 @@ struct Lines {
 
 TEST(StateFiles, BringEverythingBack) {
   OwnFolder folder;
-  for (unsigned seed = 0; seed < 200; ++seed) {
+  for (unsigned seed = 0; seed < 1000; ++seed) {
     SCOPED_TRACE(seed);
     Lines lines{std::mt19937(seed)};
     const std::string precision = std::to_string(seed % 4);
