@@ -9,6 +9,8 @@ namespace tivelo::kernels {
 #if defined(__x86_64__)
 extern const Target kAvx512Target;
 extern const Target kAvx2Target;
+#elif defined(__AARCH64EL__)
+extern const Target kNeonTarget;
 #endif
 extern const Target kPortableTarget;
 
@@ -30,6 +32,8 @@ struct Available {
       offer(kAvx512Target);
     }
     if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) offer(kAvx2Target);
+#elif defined(__AARCH64EL__)
+    offer(kNeonTarget);
 #endif
     offer(kPortableTarget);
   }

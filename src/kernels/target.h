@@ -95,7 +95,7 @@ struct Target {
   void (*sum_limbs)(Sums* sums, const std::uint32_t* a, std::size_t n);
 };
 
-// The target in use: the first of avx512, avx2, portable that this processor can run, unless
+// The target in use: the first of avx512, avx2, neon, portable that this processor can run, unless
 // force_target() has chosen another.
 const Target& target();
 

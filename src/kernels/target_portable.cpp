@@ -13,6 +13,8 @@ namespace {
 // The vectors first, then what is written over them.
 #include "kernels/vector_portable.inc"
 //
+#include "kernels/limb_pairs.inc"
+//
 #include "kernels/target.inc"
 
 }  // namespace
