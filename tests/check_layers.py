@@ -12,12 +12,12 @@ LAYERS = [["base"], ["kernels"], ["limbs"], ["bigint"], ["fraction"],
           ["eval", "output", "numtheory"], ["console"]]
 RANK = {room: rank for rank, rooms in enumerate(LAYERS) for room in rooms}
 
-# What kernels/ may know beside its own files. These have no functions: an inline function would be
+# What the targets may know beside kernels/. These have no functions: an inline function would be
 # compiled for one processor in target_*.cpp, and the linker might take that copy for all.
-KERNELS_MAY_KNOW = {"base/attend.h", "base/radix.h", "base/wide.h"}
+TARGETS_MAY_KNOW = {"base/attend.h", "base/radix.h"}
 # What its headers and bodies may take from the system, for the same reason; the intrinsics are
 # always inlined.
-KERNELS_SYSTEM = {"cstddef", "cstdint", "immintrin.h"}
+TARGETS_SYSTEM = {"arm_neon.h", "cstddef", "cstdint", "immintrin.h"}
 
 # Units (a header and its source are one) that need each other, and why they may.
 KNOTS = {
@@ -44,13 +44,19 @@ NOT_CODE = re.compile(r"#\s*include[^\n]*|//[^\n]*|/\*.*?\*/|" r'"(?:\\.|[^"\\\n
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)', re.M)
 
 
+def bound(name):
+    """Is a file compiled for one processor, or part of one that is?"""
+    return name.startswith("kernels/target_") or name in TARGETS_MAY_KNOW or (
+        name.startswith("kernels/") and not name.endswith(".cpp"))
+
+
 def fault_of_include(root, name, other):
     """What is wrong with a file `name` that includes another of src/, if anything."""
     room, target = name.split("/")[0], other.split("/")[0]
     if not (root / other).is_file():
         return f"no such file under src/: {other}"
-    if room == "kernels" and target != "kernels" and other not in KERNELS_MAY_KNOW:
-        return f"kernels/ must not know {other}"
+    if bound(name) and target != "kernels" and other not in TARGETS_MAY_KNOW:
+        return f"targets must not know {other}"
     if other.endswith(".inc") and room != "kernels":
         return f"only kernels/ may include {other}"
     if target == "limbs" and RANK[room] > RANK["bigint"]:
@@ -62,9 +68,7 @@ def fault_of_include(root, name, other):
 
 def fault_of_system(name, header):
     """What is wrong with a header of the system that is compiled for one processor only."""
-    bound = name.startswith("kernels/target_") or name in KERNELS_MAY_KNOW or (
-        name.startswith("kernels/") and not name.endswith(".cpp"))
-    return f"not everywhere: <{header}>" if bound and header not in KERNELS_SYSTEM else None
+    return f"not everywhere: <{header}>" if bound(name) and header not in TARGETS_SYSTEM else None
 
 
 def knots(graph):

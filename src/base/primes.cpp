@@ -18,7 +18,7 @@ bool find_primes() {
   for (std::uint32_t p = 2; p < kBound; ++p) {
     if (composite[p]) continue;
     primes[count++] = p;
-    for (std::uint64_t multiple = std::uint64_t{p} * p; multiple < kBound; multiple += p)
+    for (std::size_t multiple = std::size_t{p} * p; multiple < kBound; multiple += p)
       composite[multiple] = true;
   }
   return count == kPrimesBelow65536;

@@ -4,6 +4,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <cstdint>
+
 #include "base/precision.h"
 #include "bigint/engine.h"
 #include "bigint/needs.h"
@@ -36,6 +38,8 @@ void release(Region& region) {
 Region reserve_numbers() {
   const std::size_t pool = round_to_pages(pool_limbs(IS) * sizeof(Limb));
   const std::size_t workspace = engine_bytes(IS);
+  // 32 bits have no addresses for the longest numbers.
+  if (workspace > SIZE_MAX - pool) return {};
   Region region = reserve(pool + workspace);
   if (region.data == nullptr) return region;
 #ifdef MADV_HUGEPAGE

@@ -78,10 +78,10 @@ std::span<std::uint64_t> sieve(std::uint32_t n, Workspace& ws) {
   const std::span<std::uint64_t> odd = ws.take<std::uint64_t>(n / 128 + 1);
   std::fill(odd.begin(), odd.end(), ~std::uint64_t{0});
   odd[0] -= 1;
-  const auto prime = [&](std::uint64_t p) { return (odd[p / 128] >> (p / 2 % 64) & 1) != 0; };
-  for (std::uint64_t p = 3; p * p <= n; p += 2) {
+  const auto prime = [&](std::size_t p) { return (odd[p / 128] >> (p / 2 % 64) & 1) != 0; };
+  for (std::size_t p = 3; p * p <= n; p += 2) {
     if (!prime(p)) continue;
-    for (std::uint64_t i = p * p; i <= n; i += 2 * p) {
+    for (std::size_t i = p * p; i <= n; i += 2 * p) {
       odd[i / 128] &= ~(std::uint64_t{1} << (i / 2 % 64));
     }
   }
