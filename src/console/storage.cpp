@@ -39,7 +39,7 @@ Region reserve_numbers() {
   const std::size_t pool = round_to_pages(pool_limbs(IS) * sizeof(Limb));
   const std::size_t workspace = engine_bytes(IS);
   // 32 bits have no addresses for the longest numbers.
-  if (workspace > SIZE_MAX - pool) return {};
+  if (workspace > SIZE_MAX - pool) return {nullptr, SIZE_MAX};
   Region region = reserve(pool + workspace);
   if (region.data == nullptr) return region;
 #ifdef MADV_HUGEPAGE
