@@ -32,7 +32,7 @@ TEST_P(Attendant, BreaksOff) {
       {"A=400000C200000\r", " of ", "interrupted in A=400000C200000; nothing stored"},
       {"L:script\r", "pass ", "B=3^9999; what was stored stays"},
   };
-  AtTerminal person([] { return calculator("6", GetParam()); }, true);
+  AtTerminal person([] { return calculator({"6"}, GetParam()); }, true);
   // The editor draws the prompt once more, and is there then.
   const bool edited = TIVELO_WITH_EDITOR && GetParam() == std::string("TERM=xterm");
   const std::string prompt = edited ? "\r? " : "? ";

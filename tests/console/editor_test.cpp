@@ -60,7 +60,7 @@ const std::pair<std::string, std::string> kTyped[] = {
 
 TEST_F(Editor, KeysMakeLines) {
   write("script with a blank", "B=77\n");
-  AtTerminal person([] { return calculator("5"); });
+  AtTerminal person([] { return calculator({"5"}); });
   std::string lines;
   for (const auto& [keys, line] : kTyped) {
     person.expect(line == " 24" || line == "9" ? "\rhow many" : "\r? ");
@@ -96,7 +96,7 @@ TEST_F(Editor, KeysMakeLines) {
 TEST_F(Editor, OneTerminalAndLinesFromBefore) {
   std::filesystem::create_directories(".local/state/tivelo");
   write(kHistory, "8*8\n9*9\n");
-  AtTerminal person([] { return calculator("0"); }, true);
+  AtTerminal person([] { return calculator({"0"}); }, true);
   person.expect("\r? ");
   person.type("\x1b[A\x1b[A\r");
   person.expect("T= 64");
@@ -124,7 +124,7 @@ TEST_F(Editor, OneTerminalAndLinesFromBefore) {
 
 // Typed before the program is there to read, half of it perhaps before it has the terminal.
 TEST_F(Editor, EarlyKeys) {
-  AtTerminal person([] { return calculator("0"); });
+  AtTerminal person([] { return calculator({"0"}); });
   person.type("1+1\r2+2\r\x04");
   EXPECT_EQ(person.end(), 0);
   EXPECT_EQ(person.printed.seen, output({"1+1\n2+2\n"}));
@@ -133,7 +133,7 @@ TEST_F(Editor, EarlyKeys) {
 TEST_F(Editor, SignalsThatEndIt) {
   for (const int signal : {SIGTERM, SIGHUP, SIGQUIT}) {
     for (const std::string typed : {"", "1+1"}) {
-      AtTerminal person([] { return calculator("0"); });
+      AtTerminal person([] { return calculator({"0"}); });
       person.expect("\r? ");
       person.type(typed);
       person.expect(typed);

@@ -12,9 +12,11 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tivelo::tests {
 
@@ -52,7 +54,7 @@ struct Terminal {
 
 // A program at a terminal, in a session with a parent, so that it can be stopped.
 struct AtTerminal {
-  Terminal keys{false};    // its standard input, where the editor draws
+  Terminal keys{false};    // its standard input and error, where the editor draws
   Terminal printed{true};  // its standard output
   pid_t parent = -1;
   pid_t program = -1;
@@ -88,7 +90,7 @@ struct AtTerminal {
       std::signal(SIGTTOU, SIG_DFL);
       dup2(keys.inner, 0);
       dup2(output.inner, 1);
-      if (one_terminal) dup2(keys.inner, 2);
+      dup2(keys.inner, 2);
       const pid_t self = getpid();
       if (::write(to, &self, sizeof self) < 0) _exit(126);
       _exit(body());
@@ -147,11 +149,13 @@ struct AtTerminal {
 };
 
 // Becomes the program; `kind` is the terminal's ("TERM=xterm": with the editor, "TERM=dumb").
-inline int calculator(const char* precision, const char* kind = "TERM=xterm") {
-  char home[4096] = "HOME=";
-  if (getcwd(home + 5, sizeof home - 5) == nullptr) return 125;
-  const char* const own[] = {kind, home, nullptr};
-  execle(TIVELO_PROGRAM, "tivelo", precision, nullptr, own);
+inline int calculator(const std::vector<std::string>& args, const char* kind = "TERM=xterm") {
+  const std::string home = "HOME=" + std::filesystem::current_path().string();
+  std::vector<const char*> words = {"tivelo"};
+  for (const std::string& word : args) words.push_back(word.c_str());
+  words.push_back(nullptr);
+  const char* own[] = {kind, home.c_str(), nullptr};
+  execve(TIVELO_PROGRAM, const_cast<char**>(words.data()), const_cast<char**>(own));
   return 127;
 }
 
