@@ -47,8 +47,8 @@ std::uint64_t once_less(std::uint64_t x) { return x >= kCastOut ? x - kCastOut :
 // the quotient, so the rest is below 4 m at first.
 std::uint64_t divide(Wide x, std::uint64_t* rest) {
   constexpr auto kReciprocal = static_cast<std::uint64_t>((Wide{1} << 117) / kCastOut);
-  auto q =
-      static_cast<std::uint64_t>(Wide{static_cast<std::uint64_t>(x >> 53)} * kReciprocal >> 64);
+  const auto top = static_cast<std::uint64_t>(x >> 53);
+  auto q = static_cast<std::uint64_t>((static_cast<Wide>(top) * kReciprocal) >> 64);
   std::uint64_t left = static_cast<std::uint64_t>(x) - q * kCastOut;
   for (; left >= kCastOut; left -= kCastOut) ++q;
   *rest = left;
