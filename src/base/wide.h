@@ -22,7 +22,10 @@ struct TwoWords {
     return static_cast<T>(low);
   }
 
-  constexpr auto operator<=>(const TwoWords&) const = default;
+  constexpr bool operator==(const TwoWords&) const = default;
+  constexpr std::strong_ordering operator<=>(const TwoWords& y) const {
+    return high != y.high ? high <=> y.high : low <=> y.low;
+  }
 
   friend constexpr TwoWords operator+(TwoWords x, TwoWords y) {
     const std::uint64_t low = x.low + y.low;
