@@ -3,6 +3,7 @@
 #pragma once
 
 #include <bit>
+#include <cassert>
 #include <compare>
 #include <concepts>
 #include <cstdint>
@@ -38,11 +39,13 @@ struct TwoWords {
     return {x.high & y.high, x.low & y.low};
   }
   friend constexpr TwoWords operator<<(TwoWords x, int n) {
+    assert(n >= 0 && n < 128);
     if (n == 0) return x;
     if (n >= 64) return {x.low << (n - 64), 0};
     return {x.high << n | x.low >> (64 - n), x.low << n};
   }
   friend constexpr TwoWords operator>>(TwoWords x, int n) {
+    assert(n >= 0 && n < 128);
     if (n == 0) return x;
     if (n >= 64) return {0, x.high >> (n - 64)};
     return {x.high >> n, x.high << (64 - n) | x.low >> n};
