@@ -29,8 +29,8 @@ struct TwoWords {
   }
 
   friend constexpr TwoWords operator+(TwoWords x, TwoWords y) {
-    const std::uint64_t low = x.low + y.low;
-    return {x.high + y.high + (low < x.low ? 1u : 0u), low};
+    const std::uint64_t sum = x.low + y.low;
+    return {x.high + y.high + (sum < x.low ? 1u : 0u), sum};
   }
   friend constexpr TwoWords operator-(TwoWords x, TwoWords y) {
     return {x.high - y.high - (x.low < y.low ? 1u : 0u), x.low - y.low};
