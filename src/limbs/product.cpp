@@ -182,6 +182,41 @@ std::size_t factorial(Limbs r, std::uint32_t n, Workspace ws) {
   return copy_to_end(r, one.last(length));
 }
 
+std::size_t powers_workspace(std::size_t limbs, std::size_t count) {
+  return 3 * Workspace::bytes<Limb>(limbs + 1) + Workspace::bytes<std::uint32_t>(count) +
+         std::max(product_workspace(count, 65535),
+                  multiply_workspace((limbs + 1) / 2 + 1, (limbs + 1) / 2 + 1));
+}
+
+// Bit by bit of all exponents at once, from the leading one down: squares do nearly all the work,
+// and a square takes in the primes whose exponents have the bit.
+std::size_t product_of_powers(Limbs r, std::span<const std::uint32_t> primes,
+                              std::span<const std::uint32_t> exponents, Workspace ws) {
+  assert(primes.size() == exponents.size());
+  const Limbs one = ws.take<Limb>(r.size() + 1);
+  const Limbs two = ws.take<Limb>(r.size() + 1);
+  const Limbs factor = ws.take<Limb>(r.size() + 1);
+  const std::span<std::uint32_t> chosen = ws.take<std::uint32_t>(primes.size());
+  std::uint32_t all = 0;
+  for (const std::uint32_t exponent : exponents) all |= exponent;
+  one.back() = 1;
+  ConstLimbs x = one.last(1);
+  for (int bit = static_cast<int>(std::bit_width(all)); bit-- > 0;) {
+    poll();
+    const Limbs squared = two.last(2 * x.size());
+    square(squared, x, ws);
+    const ConstLimbs s = strip(squared);
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < primes.size(); ++i)
+      if ((exponents[i] >> bit & 1) != 0) chosen[count++] = primes[i];
+    const std::size_t length = product_of_list(factor, chosen.first(count), ws);
+    const Limbs next = one.last(s.size() + length);
+    multiply(next, s, factor.last(length), ws);
+    x = strip(next);
+  }
+  return copy_to_end(r, x);
+}
+
 std::size_t power_workspace(std::size_t limbs) {
   return 2 * Workspace::bytes<Limb>(limbs + 1) +
          multiply_workspace((limbs + 1) / 2 + 1, (limbs + 1) / 2 + 1) +

@@ -17,6 +17,13 @@ std::size_t product_workspace(std::size_t count, std::uint32_t largest);
 // r = the product of `factors`, each from 1 to 10^8 - 1; 1 for none.
 std::size_t product_of_list(Limbs r, std::span<const std::uint32_t> factors, Workspace ws);
 
+// Bytes of workspace for product_of_powers() of `count` primes into r of `limbs` limbs.
+std::size_t powers_workspace(std::size_t limbs, std::size_t count);
+
+// r = the product of all primes[i]^exponents[i], each prime below 65536; 1 for none.
+std::size_t product_of_powers(Limbs r, std::span<const std::uint32_t> primes,
+                              std::span<const std::uint32_t> exponents, Workspace ws);
+
 // r = n (n - 1) ... (n - k + 1) for k <= n < 10^8; 1 for k = 0. Takes product_workspace(k, n).
 std::size_t falling_product(Limbs r, std::uint32_t n, std::uint32_t k, Workspace ws);
 

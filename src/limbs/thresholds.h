@@ -17,6 +17,7 @@ inline constexpr std::size_t kReciprocalDirect = 300;   // up to here by one lon
 inline constexpr std::size_t kHalfGcd = 400;            // from Lehmer's steps to half gcds
 inline constexpr std::size_t kHalfGcdSteps = 32;        // reductions by fewer limbs go by steps
 inline constexpr std::size_t kRemaindersByWords = 256;  // longer numbers by a remainder tree
+inline constexpr std::size_t kExponentsApart = 64;      // longer numbers by a remainder tree
 inline constexpr std::size_t kModularTransform = 480;   // modulus, from columns to transforms
 inline constexpr std::size_t kBitsRecursion = 250;      // exponent, bits found by halves
 inline constexpr std::size_t kProductLeaf = 24;         // factors joined one by one

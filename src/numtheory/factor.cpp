@@ -3,7 +3,6 @@
 
 #include <array>
 #include <charconv>
-#include <climits>
 
 #include "base/interrupt.h"
 #include "base/precision.h"
@@ -32,11 +31,11 @@ char* append(char* out, unsigned long long value) {
 }
 
 // prime [ "^" exponent ] "*"
-char* append_power(char* out, unsigned long long prime, int exponent) {
+char* append_power(char* out, unsigned long long prime, std::uint32_t exponent) {
   out = append(out, prime);
   if (exponent > 1) {
     *out++ = '^';
-    out = append(out, static_cast<unsigned long long>(exponent));
+    out = append(out, exponent);
   }
   *out++ = '*';
   return out;
@@ -44,7 +43,7 @@ char* append_power(char* out, unsigned long long prime, int exponent) {
 
 // Divides out p as often as it goes and appends it to the text.
 char* strip_factor(unsigned long long& m, unsigned long long p, char* out) {
-  int exponent = 0;
+  std::uint32_t exponent = 0;
   for (; m % p == 0; m /= p) ++exponent;
   return exponent > 0 ? append_power(out, p, exponent) : out;
 }
@@ -83,13 +82,18 @@ int fprime(const num* n, char* out) {
   }
   std::array<std::uint32_t, kPrimesBelow65536> primes;
   const std::size_t count = prime_divisors(primes, m, kCertified - 1);
-  for (const std::uint32_t p : std::span(primes).first(count)) {
-    out = append_power(out, p, divide_out(m, static_cast<int>(p), INT_MAX));
-    if (is_one(m)) {
-      out[-1] = '\0';
-      return 0;
-    }
+  std::array<std::uint32_t, kPrimesBelow65536> times;
+  const auto found = std::span(primes).first(count);
+  const auto powers = std::span(times).first(count);
+  exponents(powers, m, found);
+  for (std::size_t i = 0; i < count; ++i) out = append_power(out, found[i], powers[i]);
+  if (is_product_of(m, found, powers)) {
+    out[-1] = '\0';
+    return 0;
   }
+  const Lent product({m});
+  product_of_powers(product, found, powers);
+  exact_quotient(m, product);
   *append_cofactor(out, m) = '\0';
   return 0;
 }
