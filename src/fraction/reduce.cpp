@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <functional>
 
 #include "base/precision.h"
 #include "base/report.h"
@@ -62,11 +63,7 @@ struct Member {
   long long divisions = 0;        // of the cofactor so far
   int ratio = 1;
 
-  Member(num* n, std::span<const std::uint32_t> primes, std::span<std::uint32_t> exponents_of)
-      : value(n), left(exponents_of) {
-    exponents(left, n, primes);
-    smooth = is_product_of(n, primes, left);
-  }
+  Member(num* n, std::span<std::uint32_t> exponents) : value(n), left(exponents) {}
 
   // Every division takes up to three leading zero limbs away.
   int length_after(long long times) const {
@@ -116,10 +113,11 @@ class Search {
 
   Search(num* larger, num* smaller, std::span<const std::uint32_t> primes, Room& room)
       : primes_(primes),
-        larger_(larger, primes, std::span(room[0]).first(primes.size())),
-        smaller_(smaller, primes, std::span(room[1]).first(primes.size())),
+        larger_(larger, std::span(room[0]).first(primes.size())),
+        smaller_(smaller, std::span(room[1]).first(primes.size())),
         common_(std::span(room[2]).first(primes.size())) {
     std::ranges::fill(common_, 0);
+    find_exponents();
   }
 
   // Tries p on both members. True when the search is over.
@@ -135,6 +133,7 @@ class Search {
     std::uint32_t times;
   };
 
+  void find_exponents();
   bool take_apart(int p);
   int divide_cofactor(Member& member) const;
   bool ratio_found(int p, int& times_larger, int& times_smaller);
@@ -150,6 +149,20 @@ class Search {
   long long removed_ = 1;
   bool found_ratio_ = false;
 };
+
+// A member that the other one divides has its exponents and those of the quotient, which is mostly
+// far shorter.
+void Search::find_exponents() {
+  const Lent quotient({larger_.value, smaller_.value}), rest({larger_.value, smaller_.value});
+  clear(rest);
+  nndiv(quotient, rest, larger_.value, smaller_.value);
+  exponents(smaller_.left, smaller_.value, primes_);
+  exponents(larger_.left, has_value(rest) ? larger_.value : quotient, primes_);
+  if (!has_value(rest))
+    std::ranges::transform(larger_.left, smaller_.left, larger_.left.begin(), std::plus<>());
+  for (Member* member : {&larger_, &smaller_})
+    member->smooth = is_product_of(member->value, primes_, member->left);
+}
 
 // The prime factors of p. False when one of them, of those up to the bound, divides no member.
 bool Search::take_apart(int p) {
