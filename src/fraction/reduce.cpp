@@ -120,6 +120,10 @@ class Search {
     find_exponents();
   }
 
+  // The first number after p that may change something. Composite candidates do only where a run
+  // left a power of one of their primes in a cofactor.
+  int next(int p) const;
+
   // Tries p on both members. True when the search is over.
   bool try_candidate(int p);
 
@@ -148,6 +152,7 @@ class Search {
   int divisor_ = 1;          // the last one
   long long removed_ = 1;
   bool found_ratio_ = false;
+  bool left_over_ = false;
 };
 
 // A member that the other one divides has its exponents and those of the quotient, which is mostly
@@ -200,6 +205,12 @@ bool Search::ratio_found(int p, int& times_larger, int& times_smaller) {
          same_product(larger_.value, smaller_.ratio, smaller_.value, larger_.ratio);
 }
 
+int Search::next(int p) const {
+  if (left_over_) return p == 2 ? 3 : p + 2;
+  const auto prime = std::ranges::upper_bound(primes_, static_cast<std::uint32_t>(p));
+  return prime == primes_.end() ? INT_MAX : static_cast<int>(*prime);
+}
+
 bool Search::try_candidate(int p) {
   if (!take_apart(p)) return false;
   int times_larger = 0;
@@ -210,6 +221,8 @@ bool Search::try_candidate(int p) {
     run = divide_cofactor(smaller_);
     times_smaller += run;
   } while (times_larger == times_smaller && run == kRun);
+  for (const Factor& factor : std::span(factors_).first(factor_count_))
+    left_over_ |= larger_.left[factor.prime] + smaller_.left[factor.prime] > 0;
   found_ratio_ = ratio_found(p, times_larger, times_smaller);
   if (found_ratio_) return true;
   const int common = std::min(times_larger, times_smaller);
@@ -268,7 +281,7 @@ int Search::finish() {
                                             std::span(in_smaller).first(m), primes.begin());
   if (n + m == 0) return 1;
   Search state(larger, smaller, {primes.begin(), found.out}, room);
-  for (int p = 2; p <= bound; p += p == 2 ? 1 : 2)
+  for (int p = state.next(1); p <= bound; p = state.next(p))
     if (is_candidate(p) && state.try_candidate(p)) break;
   return state.finish();
 }
