@@ -33,6 +33,12 @@ std::size_t factorial_workspace(std::uint32_t n, std::size_t limbs);
 // r = n! for n < 10^8.
 std::size_t factorial(Limbs r, std::uint32_t n, Workspace ws);
 
+// Bytes of workspace for binomial() of n into r of `limbs` limbs. Monotone in both.
+std::size_t binomial_workspace(std::uint32_t n, std::size_t limbs);
+
+// r = n over k for k <= n < 10^8, by the primes up to n: for k that are no small part of n.
+std::size_t binomial(Limbs r, std::uint32_t n, std::uint32_t k, Workspace ws);
+
 // Bytes of workspace for power() into r of `limbs` limbs.
 std::size_t power_workspace(std::size_t limbs);
 
