@@ -1,4 +1,5 @@
 // The product of falling factors: its size is estimated first, then trees of the engine form it.
+// Combinations come from the primes below n, or are that product over a factorial.
 #include "bigint/combinatorics.h"
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include "base/report.h"
 #include "bigint/engine.h"
 #include "bigint/muldiv.h"
+#include "bigint/pool.h"
 #include "limbs/linear.h"
 #include "limbs/multiply.h"
 #include "limbs/product.h"
@@ -97,6 +99,9 @@ Chain chain_of(ConstLimbs n, int k, Workspace& ws) {
   return {times(before, factor, ws), before.size() + factor.size()};
 }
 
+// Up to this many times k the primes below n are found and multiplied sooner than the factors.
+constexpr int kSieveRatio = 64;
+
 // n = n (n-1) ... (n-k+1) for k >= 2.
 void falling_factorial(num* n, int k) {
   const ConstLimbs digits = magnitude(n);
@@ -128,6 +133,38 @@ void falling_factorial(num* n, int k) {
 constexpr int kManyThings = 999999;
 
 int things(const num* n) { return n->len > 1 ? kManyThings : static_cast<int>(units(n)); }
+
+// Do the k factors below a one-limb n, k of at most n / 2, certainly fit the record? Their product
+// without the last has then two limbs less.
+bool factors_fit(const num* n, int k) {
+  const long double held = kLimbDigits * static_cast<long double>(IS - 2);
+  return digits_but_last(in_use(n), k) < held - 1;
+}
+
+void choose_by_primes(num* n, int k) {
+  Workspace ws = engine;
+  const Limbs r = ws.take<Limb>(static_cast<std::size_t>(IS));
+  const std::size_t length = limbs::binomial(r, units(n), static_cast<std::uint32_t>(k), ws);
+  const std::int32_t sign = k % 2 == 0 ? 1 : n->sign;
+  clear(n);
+  set_limbs(n, r.last(length));
+  n->sign = sign;
+}
+
+// n = n / k! for the product of k factors.
+void divide_by_factorial(num* n, int k) {
+  const Lent divisor({n});
+  clear(divisor);
+  Workspace ws = engine;
+  const Limb largest[] = {static_cast<Limb>(k)};
+  set_limbs(divisor, first_factors(largest, k, ws));
+  // A zero, or a 2, with leading zero limbs keeps most of them.
+  if (k == 2) {
+    div(n, 2);
+  } else {
+    exact_quotient(n, divisor);
+  }
+}
 
 // n (n-1) for n = 2 and for a zero that is counted as many things, whose factors begin 0, -1: a
 // product by 1 or -1 sets nothing but the sign, so the limbs and the decimal mode stay.
@@ -171,20 +208,26 @@ void permutations(num* n, int k) {
 void combinations(num* n, int k) {
   const int all = things(n);
   if (n->len < 4 && all / 2 < k && k <= all) k = all - k;
-  permutations(n, k);
-  progress = {0, k};
-  for (int i = 2; i <= k && !is_short_zero(n); ++i) {
-    poll();
-    ++progress.done;
-    div(n, i);
+  if (n->len == 1 && k > 1 && k <= all && all / k < kSieveRatio && factors_fit(n, k)) {
+    choose_by_primes(n, k);
+  } else {
+    permutations(n, k);
+    if (k < 2 || is_short_zero(n)) return;
+    divide_by_factorial(n, k);
   }
+  n->rem = 0;
+  n->rdiv = k;
 }
 
-// A factorial fits n limbs only of a number below 3 n + 1000.
+// A factorial fits n limbs only of a number below 3 n + 1000, and k factors of k or more only for a
+// k of at most 10 or 8 n.
 std::size_t combinatorics_workspace(std::size_t n) {
   const auto largest_factorial = static_cast<std::uint32_t>(3 * n + 1000);
+  const auto largest_choice =
+      static_cast<std::uint32_t>(std::min<std::size_t>(kSieveRatio * (8 * n + 10), kBase - 1));
   return 8 * Workspace::bytes<Limb>(2 * n) +
          std::max({limbs::factorial_workspace(largest_factorial, n),
+                   limbs::binomial_workspace(largest_choice, n),
                    limbs::product_workspace(2 * n, kBase - 1),
                    limbs::multiply_workspace(2 * n, 2 * n)});
 }

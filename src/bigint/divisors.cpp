@@ -2,13 +2,14 @@
 #include "bigint/divisors.h"
 
 #include <algorithm>
+#include <cmath>
 
-#include "base/interrupt.h"
+#include "base/precision.h"
 #include "base/primes.h"
 #include "bigint/engine.h"
-#include "bigint/muldiv.h"
+#include "limbs/exponents.h"
 #include "limbs/gcd.h"
-#include "limbs/linear.h"
+#include "limbs/product.h"
 #include "limbs/remainders.h"
 
 namespace tivelo {
@@ -41,20 +42,37 @@ std::size_t prime_divisors(std::span<std::uint32_t> found, const num* a, std::ui
   return count;
 }
 
-int divide_out(num* a, int p, int most) {
-  int times = 0;
-  while (times < most && limbs::remainder_limb(in_use(a), static_cast<std::uint32_t>(p)) == 0) {
-    poll();
-    div(a, p);
-    ++times;
-  }
-  return times;
+void exponents(std::span<std::uint32_t> times, const num* a,
+               std::span<const std::uint32_t> primes) {
+  limbs::exponents(times, magnitude(a), primes, engine);
+}
+
+// By logarithms: another factor would be 2 at least, and add 0.69. Those of the longest record are
+// below 1.3 x 10^8, of which 6542 sums in double precision lose less than 0.0001.
+bool is_product_of(const num* a, std::span<const std::uint32_t> primes,
+                   std::span<const std::uint32_t> times) {
+  const ConstLimbs digits = magnitude(a);
+  double left = std::log(static_cast<double>(digits[0]) +
+                         (digits.size() > 1 ? static_cast<double>(digits[1]) / kBase : 0)) +
+                static_cast<double>(digits.size() - 1) * std::log(kBase);
+  for (std::size_t i = 0; i < primes.size(); ++i) left -= times[i] * std::log(primes[i]);
+  return left < 0.5;
+}
+
+void product_of_powers(num* r, std::span<const std::uint32_t> primes,
+                       std::span<const std::uint32_t> times) {
+  Workspace ws = engine;
+  const Limbs all = ws.take<Limb>(static_cast<std::size_t>(IS));
+  clear(r);
+  set_limbs(r, all.last(limbs::product_of_powers(all, primes, times, ws)));
 }
 
 std::size_t divisors_workspace(std::size_t n) {
-  return std::max(Workspace::bytes<Limb>(n) + limbs::gcd_workspace(n),
-                  Workspace::bytes<std::uint32_t>(kPrimesBelow65536) +
-                      limbs::remainders_workspace(n, kPrimesBelow65536));
+  return std::max({Workspace::bytes<Limb>(n) + limbs::gcd_workspace(n),
+                   Workspace::bytes<std::uint32_t>(kPrimesBelow65536) +
+                       limbs::remainders_workspace(n, kPrimesBelow65536),
+                   limbs::exponents_workspace(n, kPrimesBelow65536),
+                   Workspace::bytes<Limb>(n) + limbs::powers_workspace(n, kPrimesBelow65536)});
 }
 
 }  // namespace tivelo

@@ -16,9 +16,16 @@ int ngcm(num* r, const num* a, const num* b);
 // than a division by each.
 std::size_t prime_divisors(std::span<std::uint32_t> found, const num* a, std::uint32_t bound);
 
-// Divides a by p (2 or more) while that leaves no remainder, at most `most` times; returns how
-// often it did.
-int divide_out(num* a, int p, int most);
+// times[i] = how often primes[i] divides a, which is not zero; different primes below 65536.
+void exponents(std::span<std::uint32_t> times, const num* a, std::span<const std::uint32_t> primes);
+
+// Is |a| the product of all primes[i]^times[i], which divides it? a is not zero.
+[[nodiscard]] bool is_product_of(const num* a, std::span<const std::uint32_t> primes,
+                                 std::span<const std::uint32_t> times);
+
+// r = the product of all primes[i]^times[i], which fits a record, with all of r's fields fresh.
+void product_of_powers(num* r, std::span<const std::uint32_t> primes,
+                       std::span<const std::uint32_t> times);
 
 // Bytes of workspace that these take at most on numbers of n limbs.
 std::size_t divisors_workspace(std::size_t n);

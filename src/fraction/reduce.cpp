@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <functional>
 
 #include "base/precision.h"
 #include "base/report.h"
@@ -53,32 +54,42 @@ bool is_candidate(int p) {
   return p <= 11 || (p % 3 != 0 && p % 5 != 0 && p % 7 != 0 && p % 11 != 0);
 }
 
-// The search over one pair: the members lose their common factors, the cofactors, copies of them,
-// every factor tried.
-class Search {
- public:
-  Search(num* larger, num* smaller) : larger_(larger), smaller_(smaller) {
-    rncopy(cofactor_larger_, larger);
-    rncopy(cofactor_smaller_, smaller);
+// A member of the pair. It is not divided before the search is over: what a division of its
+// cofactor, which loses every factor tried, would leave follows from the exponents.
+struct Member {
+  num* value;
+  std::span<std::uint32_t> left;  // the exponents of the primes in the cofactor
+  bool smooth = false;            // has no further factors
+  long long divisions = 0;        // of the cofactor so far
+  int ratio = 1;
+
+  Member(num* n, std::span<std::uint32_t> exponents) : value(n), left(exponents) {}
+
+  // Every division takes up to three leading zero limbs away.
+  int length_after(long long times) const {
+    return static_cast<int>(std::max<long long>(value->len - 3 * times, 1));
   }
-
-  // Tries p on both members. True when the search is over.
-  bool try_candidate(int p);
-
-  // The product of the common factors removed, saturated.
-  int removed() const { return static_cast<int>(std::min<long long>(removed_, INT_MAX)); }
-
- private:
-  bool ratio_found(int p, int& times_larger, int& times_smaller);
-
-  num* larger_;
-  num* smaller_;
-  Lent cofactor_larger_{{larger_, smaller_}};
-  Lent cofactor_smaller_{{larger_, smaller_}};
-  long long removed_ = 1;
-  int ratio_larger_ = 1;
-  int ratio_smaller_ = 1;
+  bool cofactor_is_one() const {
+    return smooth && length_after(divisions) == 1 &&
+           std::ranges::all_of(left, [](std::uint32_t exponent) { return exponent == 0; });
+  }
 };
+
+// Is a x k = b x m? From the units on, so that most pairs show at once that it is not.
+bool same_product(const num* a, int k, const num* b, int m) {
+  const ConstLimbs x = magnitude(a);
+  const ConstLimbs y = magnitude(b);
+  std::uint64_t carry_x = 0;
+  std::uint64_t carry_y = 0;
+  for (std::size_t i = 1; i <= std::max(x.size(), y.size()); ++i) {
+    carry_x += i <= x.size() ? std::uint64_t{x[x.size() - i]} * static_cast<Limb>(k) : 0;
+    carry_y += i <= y.size() ? std::uint64_t{y[y.size() - i]} * static_cast<Limb>(m) : 0;
+    if (carry_x % kBase != carry_y % kBase) return false;
+    carry_x /= kBase;
+    carry_y /= kBase;
+  }
+  return carry_x == carry_y;
+}
 
 // Moves the excess power of p, `times` above `other`, into the ratio factor.
 void move_excess(int& ratio, int p, int& times, int other) {
@@ -93,64 +104,186 @@ void move_excess(int& ratio, int p, int& times, int other) {
   }
 }
 
+// The search over one pair, of which `primes` divide one or both. Candidates that divide neither
+// would change nothing.
+class Search {
+ public:
+  // Room for the exponents in both members and those that they have in common.
+  using Room = std::array<std::array<std::uint32_t, kPrimesBelow9997>, 3>;
+
+  Search(num* larger, num* smaller, std::span<const std::uint32_t> primes, Room& room)
+      : primes_(primes),
+        larger_(larger, std::span(room[0]).first(primes.size())),
+        smaller_(smaller, std::span(room[1]).first(primes.size())),
+        common_(std::span(room[2]).first(primes.size())) {
+    std::ranges::fill(common_, 0);
+    find_exponents();
+  }
+
+  // The first number after p that may change something. Composite candidates do only where a run
+  // left a power of one of their primes in a cofactor.
+  int next(int p) const;
+
+  // Tries p on both members. True when the search is over.
+  bool try_candidate(int p);
+
+  // Divides both members by the common factors. Returns their product, saturated.
+  int finish();
+
+ private:
+  // The primes of a candidate: at most five, as 2 x 3 x 5 x 7 x 11 x 13 is above 9997.
+  struct Factor {
+    std::size_t prime;
+    std::uint32_t times;
+  };
+
+  void find_exponents();
+  bool take_apart(int p);
+  int divide_cofactor(Member& member) const;
+  bool ratio_found(int p, int& times_larger, int& times_smaller);
+  int cofactor() const;
+
+  std::span<const std::uint32_t> primes_;
+  Member larger_, smaller_;
+  std::span<std::uint32_t> common_;
+  std::array<Factor, 5> factors_;
+  std::size_t factor_count_ = 0;
+  long long divisions_ = 0;  // of the members
+  int divisor_ = 1;          // the last one
+  long long removed_ = 1;
+  bool found_ratio_ = false;
+  bool left_over_ = false;
+};
+
+// A member that the other one divides has its exponents and those of the quotient, which is mostly
+// far shorter.
+void Search::find_exponents() {
+  const Lent quotient({larger_.value, smaller_.value}), rest({larger_.value, smaller_.value});
+  clear(rest);
+  nndiv(quotient, rest, larger_.value, smaller_.value);
+  exponents(smaller_.left, smaller_.value, primes_);
+  exponents(larger_.left, has_value(rest) ? larger_.value : quotient, primes_);
+  if (!has_value(rest))
+    std::ranges::transform(larger_.left, smaller_.left, larger_.left.begin(), std::plus<>());
+  for (Member* member : {&larger_, &smaller_})
+    member->smooth = is_product_of(member->value, primes_, member->left);
+}
+
+// The prime factors of p. False when one of them, of those up to the bound, divides no member.
+bool Search::take_apart(int p) {
+  auto rest = static_cast<std::uint32_t>(p);
+  factor_count_ = 0;
+  for (std::size_t i = 0; i < primes_.size() && rest > 1; ++i) {
+    std::uint32_t times = 0;
+    for (; rest % primes_[i] == 0; rest /= primes_[i]) ++times;
+    if (times > 0) factors_[factor_count_++] = {i, times};
+  }
+  return rest == 1;
+}
+
+// Divides the cofactor by the candidate taken apart while that leaves no remainder, at most kRun
+// times; returns how often.
+int Search::divide_cofactor(Member& member) const {
+  const auto factors = std::span(factors_).first(factor_count_);
+  std::uint32_t times = kRun;
+  for (const Factor& factor : factors)
+    times = std::min(times, member.left[factor.prime] / factor.times);
+  for (const Factor& factor : factors) member.left[factor.prime] -= times * factor.times;
+  member.divisions += times;
+  return static_cast<int>(times);
+}
+
 // Shortcut for members that differ by a small ratio only: once the cofactors are equal, the whole
 // fraction is the ratio of the two factors.
 bool Search::ratio_found(int p, int& times_larger, int& times_smaller) {
-  if (times_larger == times_smaller || ratio_larger_ >= kRatioBound ||
-      ratio_smaller_ >= kRatioBound)
+  if (times_larger == times_smaller || larger_.ratio >= kRatioBound ||
+      smaller_.ratio >= kRatioBound)
     return false;
-  move_excess(ratio_larger_, p, times_larger, times_smaller);
-  move_excess(ratio_smaller_, p, times_smaller, times_larger);
-  if (ratio_larger_ >= kRatioBound || ratio_smaller_ >= kRatioBound ||
-      fcomp(cofactor_larger_, cofactor_smaller_) != 0)
-    return false;
-  iton(larger_, ratio_larger_);
-  iton(smaller_, ratio_smaller_);
-  removed_ *= std::max(small_magnitude(cofactor_larger_, 1), 1);
-  return true;
+  move_excess(larger_.ratio, p, times_larger, times_smaller);
+  move_excess(smaller_.ratio, p, times_smaller, times_larger);
+  return larger_.ratio < kRatioBound && smaller_.ratio < kRatioBound &&
+         same_product(larger_.value, smaller_.ratio, smaller_.value, larger_.ratio);
+}
+
+int Search::next(int p) const {
+  if (left_over_) return p == 2 ? 3 : p + 2;
+  const auto prime = std::ranges::upper_bound(primes_, static_cast<std::uint32_t>(p));
+  return prime == primes_.end() ? INT_MAX : static_cast<int>(*prime);
 }
 
 bool Search::try_candidate(int p) {
+  if (!take_apart(p)) return false;
   int times_larger = 0;
   int times_smaller = 0;
   int run = 0;
   do {
-    times_larger += divide_out(cofactor_larger_, p, kRun);
-    run = divide_out(cofactor_smaller_, p, kRun);
+    times_larger += divide_cofactor(larger_);
+    run = divide_cofactor(smaller_);
     times_smaller += run;
   } while (times_larger == times_smaller && run == kRun);
-  if (ratio_found(p, times_larger, times_smaller)) return true;
-  for (int common = std::min(times_larger, times_smaller); common > 0; --common) {
-    div(larger_, p);
-    div(smaller_, p);
-    removed_ = std::min<long long>(removed_ * p, INT_MAX);
+  for (const Factor& factor : std::span(factors_).first(factor_count_))
+    left_over_ |= larger_.left[factor.prime] + smaller_.left[factor.prime] > 0;
+  found_ratio_ = ratio_found(p, times_larger, times_smaller);
+  if (found_ratio_) return true;
+  const int common = std::min(times_larger, times_smaller);
+  if (common > 0) {
+    for (const Factor& factor : std::span(factors_).first(factor_count_))
+      common_[factor.prime] += static_cast<std::uint32_t>(common) * factor.times;
+    for (int i = 0; i < common && removed_ < INT_MAX; ++i) removed_ *= p;
+    removed_ = std::min<long long>(removed_, INT_MAX);
+    divisions_ += common;
+    divisor_ = p;
   }
-  return is_one(cofactor_larger_) || is_one(cofactor_smaller_);
+  return larger_.cofactor_is_one() || smaller_.cofactor_is_one();
+}
+// The cofactor that both members share where the ratio is found, 1 where it is no machine integer.
+int Search::cofactor() const {
+  const Lent rest({larger_.value});
+  rncopy(rest, larger_.value);
+  div(rest, static_cast<int>(removed_));
+  div(rest, larger_.ratio);
+  trim(rest, rest->len);
+  pad(rest, larger_.length_after(larger_.divisions));
+  return std::max(small_magnitude(rest, 1), 1);
 }
 
-// A candidate can only divide a member when all its prime factors, of those up to the bound, do.
-bool covers(std::span<const std::uint32_t> primes, int candidate) {
-  auto rest = static_cast<std::uint32_t>(candidate);
-  for (const std::uint32_t p : primes)
-    while (rest % p == 0) rest /= p;
-  return rest == 1;
+int Search::finish() {
+  if (found_ratio_) {
+    if (removed_ < INT_MAX) removed_ = std::min<long long>(removed_ * cofactor(), INT_MAX);
+    iton(larger_.value, larger_.ratio);
+    iton(smaller_.value, smaller_.ratio);
+  }
+  if (divisions_ == 0) return static_cast<int>(removed_);
+  const Lent product({larger_.value, smaller_.value});
+  if (!found_ratio_) product_of_powers(product, primes_, common_);
+  for (const Member& member : {larger_, smaller_}) {
+    if (!found_ratio_) {
+      const int length = member.length_after(divisions_);
+      exact_quotient(member.value, product);
+      pad(member.value, length);
+    }
+    member.value->rem = 0;
+    member.value->rdiv = divisor_;
+  }
+  return static_cast<int>(removed_);
 }
 
-// The search of a long pair. Candidates that divide neither member would change nothing, so the
-// primes that do are found beforehand, many at a time. Its room on the stack is not for the short
-// pairs, which are nearly all.
+// The search of a long pair. The primes that divide a member are found beforehand, many at a time.
+// Its room on the stack is not for the short pairs, which are nearly all.
 [[gnu::noinline]] int search(num* larger, num* smaller) {
   const int bound = search_bound(larger, smaller);
-  std::array<std::uint32_t, 2 * kPrimesBelow9997> found;
+  std::array<std::uint32_t, kPrimesBelow9997> in_larger, in_smaller, primes;
+  Search::Room room;
   const auto prime_bound = static_cast<std::uint32_t>(bound);
-  std::size_t count = prime_divisors(found, larger, prime_bound);
-  count += prime_divisors(std::span(found).subspan(count), smaller, prime_bound);
-  if (count == 0) return 1;
-  Search state(larger, smaller);
-  for (int p = 2; p <= bound; p += p == 2 ? 1 : 2)
-    if (is_candidate(p) && covers(std::span(found).first(count), p) && state.try_candidate(p))
-      break;
-  return state.removed();
+  const std::size_t n = prime_divisors(in_larger, larger, prime_bound);
+  const std::size_t m = prime_divisors(in_smaller, smaller, prime_bound);
+  const auto found = std::ranges::set_union(std::span(in_larger).first(n),
+                                            std::span(in_smaller).first(m), primes.begin());
+  if (n + m == 0) return 1;
+  Search state(larger, smaller, {primes.begin(), found.out}, room);
+  for (int p = state.next(1); p <= bound; p = state.next(p))
+    if (is_candidate(p) && state.try_candidate(p)) break;
+  return state.finish();
 }
 
 // Does n lose all its factors to the candidates of a short pair?

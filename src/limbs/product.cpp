@@ -91,8 +91,13 @@ std::span<std::uint64_t> sieve(std::uint32_t n, Workspace& ws) {
 // swing(n) < 2^n (n / 2 + 1), with n < 2^27.
 std::size_t swing_room(std::uint32_t n) { return limbs_of_bits(std::size_t{n} + 27) + 1; }
 
-// Any two neighbours among the factors multiply to a limb or more.
-std::size_t swing_factors(std::uint32_t n) { return 2 * swing_room(n) + 2; }
+// Any two neighbours among the factors of a product of so many limbs multiply to a limb or more.
+std::size_t most_factors(std::size_t limbs) { return 2 * limbs + 2; }
+
+std::size_t prime_powers_workspace(std::size_t limbs) {
+  return Workspace::bytes<std::uint32_t>(most_factors(limbs)) +
+         product_workspace(most_factors(limbs), kBase - 1);
+}
 
 // The power of p in swing(n); it divides a power of p not above n.
 std::uint64_t swing_power(std::uint32_t n, std::uint32_t p) {
@@ -101,21 +106,34 @@ std::uint64_t swing_power(std::uint32_t n, std::uint32_t p) {
   return power;
 }
 
-ConstLimbs swing(Limbs r, std::uint32_t n, std::span<const std::uint64_t> odd, Workspace ws) {
-  const std::span<std::uint32_t> factors = ws.take<std::uint32_t>(swing_factors(n));
+// The power of p in n over k, by Kummer: p as often as the subtraction n - k borrows in base p.
+std::uint64_t binomial_power(std::uint32_t n, std::uint32_t k, std::uint32_t p) {
+  std::uint64_t power = 1;
+  for (std::uint32_t borrow = 0; k > 0 || borrow > 0; n /= p, k /= p) {
+    borrow = n % p < k % p + borrow ? 1 : 0;
+    power *= borrow > 0 ? p : 1;
+  }
+  return power;
+}
+
+// The product of power(p), at most 10^8 - 1, for all primes up to n, at the end of r.
+template <typename Power>
+ConstLimbs prime_powers(Limbs r, std::uint32_t n, std::span<const std::uint64_t> odd,
+                        const Power& power, Workspace ws) {
+  const std::span<std::uint32_t> factors = ws.take<std::uint32_t>(most_factors(r.size()));
   std::size_t count = 0;
-  std::uint64_t word = swing_power(n, 2);
-  const auto put = [&](std::uint64_t power) {
-    if (word * power >= kBase) {
+  std::uint64_t word = power(2);
+  const auto put = [&](std::uint64_t next) {
+    if (word * next >= kBase) {
       factors[count++] = static_cast<std::uint32_t>(word);
       word = 1;
     }
-    word *= power;
+    word *= next;
   };
   for (std::uint32_t base = 0; base <= n; base += 128) {
     for (std::uint64_t bits = odd[base / 128]; bits != 0; bits &= bits - 1) {
       const std::uint32_t p = base + 2 * static_cast<std::uint32_t>(std::countr_zero(bits)) + 1;
-      if (p <= n) put(swing_power(n, p));
+      if (p <= n) put(power(p));
     }
   }
   factors[count++] = static_cast<std::uint32_t>(word);
@@ -154,8 +172,7 @@ std::size_t factorial_workspace(std::uint32_t n, std::size_t limbs) {
   return Workspace::bytes<std::uint64_t>(n / 128 + 1) + 2 * Workspace::bytes<Limb>(limbs + 1) +
          Workspace::bytes<Limb>(swing_room(n)) +
          std::max({product_workspace(kFactorialSwing, kFactorialSwing),
-                   Workspace::bytes<std::uint32_t>(swing_factors(n)) +
-                       product_workspace(swing_factors(n), kBase - 1),
+                   prime_powers_workspace(swing_room(n)),
                    multiply_workspace(limbs / 2 + 1, limbs / 2 + 1),
                    multiply_workspace(limbs + 1, swing_room(n))});
 }
@@ -171,7 +188,9 @@ std::size_t factorial(Limbs r, std::uint32_t n, Workspace ws) {
   std::size_t length = falling_product(one, n >> halvings, n >> halvings, ws);
   while (halvings > 0) {
     poll();
-    const ConstLimbs part = swing(factor, n >> --halvings, odd, ws);
+    const std::uint32_t m = n >> --halvings;
+    const auto power = [m](std::uint32_t p) { return swing_power(m, p); };
+    const ConstLimbs part = prime_powers(factor, m, odd, power, ws);
     const Limbs squared = two.last(2 * length);
     square(squared, one.last(length), ws);
     const ConstLimbs s = strip(squared);
@@ -180,6 +199,52 @@ std::size_t factorial(Limbs r, std::uint32_t n, Workspace ws) {
     length = strip(next).size();
   }
   return copy_to_end(r, one.last(length));
+}
+
+std::size_t binomial_workspace(std::uint32_t n, std::size_t limbs) {
+  return Workspace::bytes<std::uint64_t>(n / 128 + 1) + prime_powers_workspace(limbs);
+}
+
+std::size_t binomial(Limbs r, std::uint32_t n, std::uint32_t k, Workspace ws) {
+  assert(k <= n && n < kBase);
+  const std::span<const std::uint64_t> odd = sieve(n, ws);
+  const auto power = [n, k](std::uint32_t p) { return binomial_power(n, k, p); };
+  return prime_powers(r, n, odd, power, ws).size();
+}
+
+std::size_t powers_workspace(std::size_t limbs, std::size_t count) {
+  return 3 * Workspace::bytes<Limb>(limbs + 1) + Workspace::bytes<std::uint32_t>(count) +
+         std::max(product_workspace(count, 65535),
+                  multiply_workspace((limbs + 1) / 2 + 1, (limbs + 1) / 2 + 1));
+}
+
+// Bit by bit of all exponents at once, from the leading one down: squares do nearly all the work,
+// and a square takes in the primes whose exponents have the bit.
+std::size_t product_of_powers(Limbs r, std::span<const std::uint32_t> primes,
+                              std::span<const std::uint32_t> exponents, Workspace ws) {
+  assert(primes.size() == exponents.size());
+  const Limbs one = ws.take<Limb>(r.size() + 1);
+  const Limbs two = ws.take<Limb>(r.size() + 1);
+  const Limbs factor = ws.take<Limb>(r.size() + 1);
+  const std::span<std::uint32_t> chosen = ws.take<std::uint32_t>(primes.size());
+  std::uint32_t all = 0;
+  for (const std::uint32_t exponent : exponents) all |= exponent;
+  one.back() = 1;
+  ConstLimbs x = one.last(1);
+  for (int bit = static_cast<int>(std::bit_width(all)); bit-- > 0;) {
+    poll();
+    const Limbs squared = two.last(2 * x.size());
+    square(squared, x, ws);
+    const ConstLimbs s = strip(squared);
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < primes.size(); ++i)
+      if ((exponents[i] >> bit & 1) != 0) chosen[count++] = primes[i];
+    const std::size_t length = product_of_list(factor, chosen.first(count), ws);
+    const Limbs next = one.last(s.size() + length);
+    multiply(next, s, factor.last(length), ws);
+    x = strip(next);
+  }
+  return copy_to_end(r, x);
 }
 
 std::size_t power_workspace(std::size_t limbs) {

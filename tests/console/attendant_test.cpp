@@ -29,7 +29,7 @@ TEST_P(Attendant, BreaksOff) {
   write("script", "{\nB=3^9999\n}\nR999999\n");
   const Row rows[] = {
       {"12+", "12+", "the line is dropped. Q. leaves."},
-      {"A=400000C200000\r", " of ", "interrupted in A=400000C200000; nothing stored"},
+      {"A=1.5^999999\r", " of ", "interrupted in A=1.5^999999; nothing stored"},
       {"L:script\r", "pass ", "B=3^9999; what was stored stays"},
   };
   AtTerminal person([] { return calculator({"6"}, GetParam()); }, true);
