@@ -217,7 +217,7 @@ std::size_t divide_workspace(std::size_t na, std::size_t nb) {
   if (nb >= kDivideRecursion) {
     size += Workspace::bytes<Limb>(nb) + multiply_workspace(std::min(chunk, nb), nb);
   }
-  if (by_pieces(m, m + 1)) size = std::max(size, Pieces::workspace(m, m + 1));
+  if (nb > m && by_pieces(m, m + 1)) size = std::max(size, Pieces::workspace(m, m + 1));
   return Workspace::bytes<Limb>(nb + chunk) + size;
 }
 
