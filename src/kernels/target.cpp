@@ -69,6 +69,11 @@ Shape shape_for(std::size_t n) {
   return {static_cast<int>((n - 1) >> k) + 1, k};
 }
 
+Shape cyclic_shape_for(std::size_t n) {
+  const Shape s = shape_for(n);
+  return {s.u == 7 ? 8 : s.u, s.k};
+}
+
 const Target& target() {
   const Target* t = chosen.load(std::memory_order_relaxed);
   if (t == nullptr) {

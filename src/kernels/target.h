@@ -46,6 +46,9 @@ std::size_t product_coefficients(std::size_t na, std::size_t nb);
 // The shortest transform of at least n coefficients: at most 5/4 of n from 256 on.
 Shape shape_for(std::size_t n);
 
+// The shortest that is cyclic, which all are but those of u = 7: at most 4/3 of n.
+Shape cyclic_shape_for(std::size_t n);
+
 // Sums over a run of limbs, apart for [0] even and [1] odd places from the end, the last being 0.
 struct Sums {
   std::uint64_t plain[2];
@@ -80,6 +83,11 @@ struct Target {
   // As multiply_transform(), with b given by its transform of the same shape. Work: 3 lengths.
   void (*multiply_prepared)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                             const double* prepared, std::size_t nb, Shape s, double* work);
+  // The coefficients of that product wrapped around modulo x^n - 1, where s is cyclic, n is its
+  // length and neither factor has more coefficients, one at most 2^23: as 2 n + 2 limbs, and what
+  // is above them, below 10^16, is returned. The first coefficient ends at limb 3. Work: 3 lengths.
+  std::uint64_t (*multiply_wrapped)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
+                                    const double* prepared, Shape s, double* work);
   // u[i] -= q x v[i] modulo 2^64 for i < kRowBlock x blocks and |q| < 2^31; u is aligned to 64
   // bytes.
   void (*subtract_row)(std::uint64_t* u, const std::uint32_t* v, std::size_t blocks,

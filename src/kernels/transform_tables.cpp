@@ -2,6 +2,7 @@
 // checks. It runs once, so plain arithmetic in 128 bits will do.
 #include "kernels/transform_tables.h"
 
+#include <algorithm>
 #include <bit>
 
 #include "base/radix.h"
@@ -17,6 +18,8 @@ class Field {
   std::uint64_t times(std::uint64_t a, std::uint64_t b) const {
     return static_cast<std::uint64_t>(Wide{a} * b % p_);
   }
+  std::uint64_t plus(std::uint64_t a, std::uint64_t b) const { return (a + b) % p_; }
+  std::uint64_t minus(std::uint64_t a, std::uint64_t b) const { return (a + p_ - b) % p_; }
   std::uint64_t raised(std::uint64_t a, std::uint64_t e) const {
     std::uint64_t r = 1;
     for (; e != 0; e >>= 1, a = times(a, a)) {
@@ -56,12 +59,53 @@ void find_twiddles(const Field& f, const std::uint64_t* z, std::uint64_t (&t)[kT
     t[b] = f.times(t[b & (b - 1)], z[std::countr_zero(b) + 2]);
 }
 
+// The chain of a root r of odd order times z(1), the root -1, or not: the square root of r is
+// r^((order + 1) / 2).
+void build_odd(Chain& chain, const Field& f, std::uint64_t r, std::uint64_t order,
+               const std::uint64_t* z, const std::uint64_t* inverse_z, bool negative) {
+  for (int j = 0; j < kChain; ++j, r = f.raised(r, (order + 1) / 2)) {
+    const std::size_t b = negative ? 1 : 0;
+    chain.root[j] = f.balanced(f.times(r, root_product(f, z, b, 1 + j)));
+    chain.inverse[j] = f.balanced(f.times(f.invert(r), root_product(f, inverse_z, b, 1 + j)));
+  }
+}
+
+void build_tops(PrimeTables& t, const Field& f, std::uint64_t root, const std::uint64_t* z,
+                const std::uint64_t* inverse_z) {
+  Top& five = t.top[0];
+  Top& six = t.top[1];
+  const std::uint64_t third = f.raised(root, (kOddOrder / 3) << kRootOrder);
+  const std::uint64_t fifth = f.raised(root, (kOddOrder / 5) << kRootOrder);
+  for (std::uint64_t c = 0; c < 5; ++c)
+    build_odd(five.chain[c], f, f.raised(fifth, c), 5, z, inverse_z, false);
+  for (std::uint64_t c = 0; c < 6; ++c)
+    build_odd(six.chain[c], f, f.raised(third, c), 3, z, inverse_z, c >= 3);
+  const std::uint64_t one = fifth;
+  const std::uint64_t two = f.times(one, one);
+  const std::uint64_t s1 = f.minus(one, f.invert(one));
+  const std::uint64_t s2 = f.minus(two, f.invert(two));
+  const std::uint64_t of_five[] = {f.plus(one, f.invert(one)), s1, f.minus(s2, s1), f.plus(s1, s2)};
+  for (std::size_t i = 0; i < 4; ++i) five.factor[i] = f.balanced(of_five[i]);
+  six.factor[0] = f.balanced(third);
+  five.inverse = f.balanced(f.invert(2 * 2 * 10));
+  six.inverse = f.balanced(f.invert(6));
+  for (Top* eight : {&t.top[2], &t.top[3]}) {
+    std::copy_n(t.chain, 8, eight->chain);
+    for (std::size_t i = 0; i < 3; ++i) {  // i, w and iw, and their inverses
+      eight->factor[i] = t.chain[2 * i + 2].root[0];
+      eight->factor[i + 3] = t.chain[2 * i + 2].inverse[0];
+    }
+    eight->factor[6] = f.balanced(f.times(z[2], f.invert(2)));
+    eight->inverse = f.balanced(f.invert(8));
+  }
+}
+
 void build_one(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
   const Field f(p);
   std::uint64_t z[kRootOrder + 1];
   std::uint64_t inverse_z[kRootOrder + 1];
-  z[kRootOrder] = root;
-  inverse_z[kRootOrder] = f.invert(root);
+  z[kRootOrder] = f.raised(root, kOddOrder);
+  inverse_z[kRootOrder] = f.invert(z[kRootOrder]);
   for (int k = kRootOrder; k > 0; --k) {
     z[k - 1] = f.times(z[k], z[k]);
     inverse_z[k - 1] = f.times(inverse_z[k], inverse_z[k]);
@@ -96,6 +140,7 @@ void build_one(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
       t.chain[c].inverse[j] = f.balanced(root_product(f, inverse_z, c, 1 + j));
     }
   }
+  build_tops(t, f, root, z, inverse_z);
 }
 
 // The digits of v in base 10^8, least significant first.
@@ -106,7 +151,7 @@ void to_digits(double* digits, int count, Wide v) {
 }
 
 TransformTables build_all() {
-  TransformTables t;
+  TransformTables t = {};
   for (int i = 0; i < kPrimes; ++i) build_one(t.prime[i], kPrime[i], kRoot[i]);
   const Field f2(kPrime[1]);
   const Field f3(kPrime[2]);

@@ -11,10 +11,11 @@ namespace tivelo::kernels {
 
 inline constexpr int kPrimes = 3;
 
-// The three largest primes k 2^26 + 1 below 2^44, and an element of order 2^26 for each.
+// The three largest primes k 15 2^26 + 1 below 2^44, and an element of order 15 2^26 for each.
 inline constexpr int kRootOrder = 26;
-inline constexpr std::uint64_t kPrime[kPrimes] = {17591917608961, 17589568798721, 17589501689857};
-inline constexpr std::uint64_t kRoot[kPrimes] = {6227336199684, 1844843139904, 726819696543};
+inline constexpr std::uint64_t kOddOrder = 15;
+inline constexpr std::uint64_t kPrime[kPrimes] = {17591917608961, 17586884444161, 17574804848641};
+inline constexpr std::uint64_t kRoot[kPrimes] = {3539308216080, 4832713108243, 13974518353763};
 
 // The longest transform has 2^kMaxTransform coefficients, so m <= 2^(kMaxTransform - 1) in the
 // shorter operand. A coefficient of the product is below m (10^16)^2, and the reconstruction wants
@@ -27,10 +28,22 @@ inline constexpr std::size_t kPassBlocks = 64;
 // Entries of a chain of roots, padded for whole vectors at any place in it.
 inline constexpr int kChain = 40;
 
+// The top splits in 5 to 8 pieces.
+inline constexpr std::size_t kTops = 4;
+inline constexpr std::size_t kTopFactors = 7;
+
 // v^(1/2^j), each the square root of the one before, and their inverses.
 struct alignas(64) Chain {
   double root[kChain];
   double inverse[kChain];
+};
+
+// A split in u pieces: the roots that belong to them, the factors that transform_top.inc takes for
+// it, and the inverse of the factor that two ways down and one up leave.
+struct alignas(64) Top {
+  Chain chain[8];
+  double factor[kTopFactors];
+  double inverse;
 };
 
 // All entries are residues in (-p/2, p/2), as doubles. With z(k) a root of unity of order 2^k,
@@ -45,6 +58,7 @@ struct alignas(64) PrimeTables {
   double pass[kPassBlocks][8];
   double inverse_pass[kPassBlocks][8];
   Chain chain[8];         // of the roots 1, -1, i, -i, w, -w, iw, -iw, where i = z(2), w = z(3)
+  Top top[kTops];         // for u - 5
   double halves[kChain];  // 2^-j
   double p;
   double p_inverse;  // rounded to nearest

@@ -8,6 +8,7 @@
 #include <cassert>
 
 #include "base/interrupt.h"
+#include "limbs/checked.h"
 #include "limbs/linear.h"
 #include "limbs/long_division.h"
 #include "limbs/multiply.h"
@@ -20,14 +21,6 @@ namespace {
 // The longest quotient that rows produce in one go.
 constexpr std::size_t kRowChunk = 1024;
 static_assert(kDivideRecursion < kLongDivisionLimit && kDivideReciprocal > kDivideRecursion);
-
-// Quotient limbs found with one multiplication by the reciprocal: enough pieces that computing
-// the reciprocal does not cost more than using it; at most n - 2, so that the divisor has
-// the two guard limbs.
-std::size_t piece_length(std::size_t m, std::size_t n) {
-  const std::size_t pieces = (m + n - 1) / n + 1;
-  return std::min((m + pieces - 1) / pieces, n - 2);
-}
 
 void decrement(Limbs q) {
   std::size_t i = q.size();
@@ -75,28 +68,87 @@ void divide_cut(Limbs q, Limbs u, ConstLimbs b, Workspace ws) {
   assert(top == 0);
 }
 
-// One piece of a quotient with the reciprocal x of the leading limbs of b. Cut to p = k + 2 limbs,
-// the reciprocal and the dividend give the quotient with an error below 1 + 6 / B, before it is
-// cut to an integer.
-void divide_piece(Limbs q, Limbs u, ConstLimbs b, ConstLimbs x, Workspace ws) {
+// Division by the reciprocal of the leading limbs of b, k quotient limbs at a time. The transforms
+// of both are kept for all pieces; at most n - 2 limbs leave the divisor its two guard limbs.
+class Pieces {
+ public:
+  // For quotients of m limbs in all. Keeps memory of ws.
+  Pieces(ConstLimbs b, std::size_t m, Workspace& ws) : k_(best_length(m, b.size())), b_(b) {
+    const Limbs x = ws.take<Limb>(k_ + 3);
+    reciprocal(x, b.first(k_ + 2), ws);
+    kept_b_ = Kept(b, shape_of_b(b.size()), ws);
+    kept_x_ = Kept(x, shape_of_x(k_), ws);
+  }
+
+  // What it keeps, takes, and a dividend of one piece.
+  static std::size_t workspace(std::size_t m, std::size_t n) {
+    const std::size_t k = best_length(m, n);
+    const kernels::Shape of_x = shape_of_x(k), of_b = shape_of_b(n);
+    const std::size_t dividing =
+        Kept::bytes(of_b) + Kept::bytes(of_x) + 2 * Workspace::bytes<Limb>(n + k + 5) +
+        std::max(Kept::workspace(of_x, k + 2, k + 3), Kept::workspace(of_b, k, n));
+    return Workspace::bytes<Limb>(k + 3) + std::max(reciprocal_workspace(k + 2), dividing);
+  }
+
+  std::size_t length() const { return k_; }
+
+  // q.size() <= length(); as divide_block().
+  void divide(Limbs q, Limbs u, Workspace ws);
+
+ private:
+  // A product with b is next to a number that is known, by a few b.
+  static kernels::Shape shape_of_b(std::size_t n) { return kernels::cyclic_shape_for(n / 2 + 2); }
+  static kernels::Shape shape_of_x(std::size_t k) {
+    return kernels::shape_for(kernels::product_coefficients(k + 2, k + 3));
+  }
+
+  // The length of pieces for which the transforms have the fewest coefficients: each piece takes
+  // two of either kind, both numbers one, a step of the reciprocal five of its length.
+  static std::size_t best_length(std::size_t m, std::size_t n) {
+    std::size_t best = 0;
+    std::size_t least = ~std::size_t{0};
+    const std::size_t fewest = (m + n - 3) / (n - 2);
+    for (std::size_t pieces = fewest; pieces < fewest + kMorePieces; ++pieces) {
+      const std::size_t k = (m + pieces - 1) / pieces;
+      const std::size_t each =
+          kernels::transform_length(shape_of_x(k)) + kernels::transform_length(shape_of_b(n));
+      const std::size_t all = (2 * pieces + 1) * each +
+                              10 * kernels::transform_length(kernels::cyclic_shape_for(k / 2 + 3));
+      if (all >= least) continue;
+      least = all;
+      best = k;
+    }
+    return best;
+  }
+  static constexpr std::size_t kMorePieces = 6;
+
+  std::size_t k_;
+  ConstLimbs b_;
+  Kept kept_b_, kept_x_;
+};
+
+// Cut to p = k + 2 limbs, the reciprocal and the dividend give the quotient with an error below
+// 1 + 6 / B, before it is cut to an integer.
+void Pieces::divide(Limbs q, Limbs u, Workspace ws) {
   const std::size_t k = q.size();
-  const std::size_t p = k + 2;
+  const std::size_t p = k_ + 2;
   const Limbs product = ws.take<Limb>(std::max(2 * p + 1, u.size()));
-  multiply(product.first(2 * p + 1), x.first(p + 1), u.first(p), ws);
+  kept_x_.multiply(product.first(2 * p + 1), u.first(p), ws);
   if (product[0] != 0) {
     std::fill(q.begin(), q.end(), kBase - 1);
   } else {
     std::copy_n(product.begin() + 1, k, q.begin());
   }
-  multiply(product.first(u.size()), b, q, ws);
+  std::ranges::copy(u, product.begin());
+  kept_b_.multiply_near(product.first(u.size()), q, ws);
   Limb below = subtract(u, u, product.first(u.size()));
   while (below != 0) {
     decrement(q);
-    below -= add(u, u, b);
+    below -= add(u, u, b_);
   }
-  while (at_least(u, b)) {
+  while (at_least(u, b_)) {
     increment(q);
-    subtract(u, u, b);
+    subtract(u, u, b_);
   }
 }
 
@@ -116,42 +168,67 @@ void divide_block(Limbs q, Limbs u, ConstLimbs b, Workspace ws) {
     divide_block(q.subspan(upper), u.subspan(upper), b, ws);
     return;
   }
-  const std::size_t k = piece_length(m, n);
-  const Limbs x = ws.take<Limb>(k + 3);
-  reciprocal(x, b.first(k + 2), ws);
+  Pieces pieces(b, m, ws);
+  const std::size_t k = pieces.length();
   for (std::size_t i = 0; i < m; i += k) {
     const std::size_t length = std::min(k, m - i);
-    divide_piece(q.subspan(i, length), u.subspan(i, n + length), b, x, ws);
+    pieces.divide(q.subspan(i, length), u.subspan(i, n + length), ws);
   }
 }
 
-// Limbs of the quotient that divide() finds at a time: bounds its workspace by the divisor.
+// Are quotients of m limbs found with a reciprocal of the divisor of n limbs?
+bool by_pieces(std::size_t m, std::size_t n) { return n >= kDivideReciprocal && n <= m + 1; }
+
+// Limbs of the quotient that divide() finds at a time, if not by pieces: bounds its workspace by
+// the divisor.
 std::size_t chunk_length(std::size_t m, std::size_t n) {
-  return std::min(m, n < kDivideReciprocal ? std::max(kRowChunk, n) : 2 * n);
+  return std::min(m, std::max(kRowChunk, n));
+}
+
+// The quotient and the remainder by chunks of the quotient: `divide` does what divide_block() does.
+template <typename Divide>
+void divide_chunks(Limbs q, Limbs r, ConstLimbs a, std::size_t chunk, Workspace ws,
+                   const Divide& divide) {
+  // A zero limb and the leading n - 1 limbs of a are the first remainder.
+  const std::size_t n = r.size();
+  const std::size_t m = q.size();
+  const Limbs u = ws.take<Limb>(n + chunk);
+  r[0] = 0;
+  std::copy_n(a.begin(), n - 1, r.begin() + 1);
+  ConstLimbs left = a.subspan(n - 1);
+  for (std::size_t i = 0; i < m; i += chunk) {
+    const std::size_t length = std::min(chunk, m - i);
+    const Limbs now = u.first(n + length);
+    std::ranges::copy(r, now.begin());
+    std::ranges::copy(left.subspan(i, length), now.begin() + static_cast<std::ptrdiff_t>(n));
+    divide(q.subspan(i, length), now, ws);
+    std::ranges::copy(now.last(n), r.begin());
+  }
 }
 
 }  // namespace
 
 std::size_t divide_workspace(std::size_t na, std::size_t nb) {
-  const std::size_t chunk = chunk_length(na - nb + 1, nb);
-  const std::size_t k = std::min(chunk, nb);
+  const std::size_t m = na - nb + 1;
+  if (by_pieces(m, nb)) return Pieces::workspace(m, nb);
+  const std::size_t chunk = chunk_length(m, nb);
   const std::size_t rows = std::min(nb, 3 * kDivideRecursion);
-  std::size_t size = Workspace::bytes<Limb>(nb + chunk) +
-                     long_divide_workspace(rows + std::min(chunk, kRowChunk), rows);
-  if (nb < kDivideRecursion) return size;
-  size += Workspace::bytes<Limb>(nb + k + 8) + multiply_workspace(k + 3, nb);
-  if (nb < kDivideReciprocal || k < kDivideRecursion) return size;
-  return size + Workspace::bytes<Limb>(k + 3) + reciprocal_workspace(k);
+  std::size_t size = long_divide_workspace(rows + std::min(chunk, kRowChunk), rows);
+  if (nb >= kDivideRecursion) {
+    size += Workspace::bytes<Limb>(nb) + multiply_workspace(std::min(chunk, nb), nb);
+  }
+  if (nb > m && by_pieces(m, m + 1)) size = std::max(size, Pieces::workspace(m, m + 1));
+  return Workspace::bytes<Limb>(nb + chunk) + size;
 }
 
-// Pieces and divisor together have at most na + 1 limbs, pieces alone at most half of that.
+// A divisor of n limbs by pieces of k has at most na / 2 + 1, and both k <= n and 2 k <= na - n +
+// 2: with shapes of at most 4/3 of n / 2 + 2 and 5/4 of k + 3 coefficients, what is kept and the
+// rest take at most 4 (n + k) x 2 + 16 n + 30 k + max(27 n, 50 k) < 40 na.
 std::size_t divide_workspace(std::size_t na) {
-  const std::size_t half = na / 2 + 1;
   const std::size_t rows = std::min(na, 3 * kDivideRecursion);
   return 2 * Workspace::bytes<Limb>(na + 9) +
          long_divide_workspace(rows + std::min(na, kRowChunk), rows) +
-         multiply_workspace(half + 3, half) + Workspace::bytes<Limb>(half + 3) +
-         reciprocal_workspace(half);
+         std::max(multiply_workspace(na, 1), 40 * na + 8192);
 }
 
 void divide(Limbs q, Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
@@ -165,22 +242,14 @@ void divide(Limbs q, Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   if (std::min(m, n) < kDivideRecursion && m <= kRowChunk && n <= 2 * m + kDivideRecursion) {
     return long_divide(q, r, a, b, ws);
   }
-  // A zero limb and the leading n - 1 limbs of a are the first remainder.
-  const std::size_t chunk = chunk_length(m, n);
-  const Limbs u = ws.take<Limb>(n + chunk);
-  Limbs rest = r;
-  rest[0] = 0;
-  std::copy_n(a.begin(), n - 1, rest.begin() + 1);
-  ConstLimbs left = a.subspan(n - 1);
-  for (std::size_t i = 0; i < m; i += chunk) {
-    const std::size_t length = std::min(chunk, m - i);
-    const Limbs now = u.first(n + length);
-    std::copy(rest.begin(), rest.end(), now.begin());
-    std::copy_n(left.begin() + static_cast<std::ptrdiff_t>(i), length,
-                now.end() - static_cast<std::ptrdiff_t>(length));
-    divide_block(q.subspan(i, length), now, b, ws);
-    std::copy_n(now.end() - static_cast<std::ptrdiff_t>(n), n, rest.begin());
+  if (by_pieces(m, n)) {
+    Pieces pieces(b, m, ws);
+    return divide_chunks(q, r, a, pieces.length(), ws, [&pieces](Limbs part, Limbs u, Workspace w) {
+      pieces.divide(part, u, w);
+    });
   }
+  divide_chunks(q, r, a, chunk_length(m, n), ws,
+                [b](Limbs part, Limbs u, Workspace w) { divide_block(part, u, b, w); });
 }
 
 }  // namespace tivelo::limbs

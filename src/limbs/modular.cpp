@@ -15,10 +15,9 @@
 #include <cassert>
 
 #include "base/interrupt.h"
-#include "base/report.h"
 #include "base/wide.h"
+#include "kernels/target.h"
 #include "limbs/binary.h"
-#include "limbs/casting.h"
 #include "limbs/divide.h"
 #include "limbs/linear.h"
 #include "limbs/multiply.h"
@@ -34,13 +33,12 @@ bool below(ConstLimbs a, ConstLimbs b) {
   return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end());
 }
 
-kernels::Shape shape_of(std::size_t n) {
+kernels::Shape shape_of_reciprocal(std::size_t n) {
   return kernels::shape_for(kernels::product_coefficients(n + 1, n + 1));
 }
 
-std::size_t kept_bytes(std::size_t n) {
-  return Workspace::bytes<double>(3 * kernels::transform_length(shape_of(n)));
-}
+// A product with the modulus is next to the number that is reduced, by less than B^(n+1).
+kernels::Shape shape_of_modulus(std::size_t n) { return kernels::cyclic_shape_for(n / 2 + 2); }
 
 }  // namespace
 
@@ -49,7 +47,12 @@ std::size_t modulus_workspace(std::size_t n) {
   const std::size_t own = Workspace::bytes<Limb>(n + 1) + Workspace::bytes<Limb>(2 * n) +
                           2 * Workspace::bytes<Limb>(2 * n + 2);
   std::size_t working = multiply_workspace(n, n);
-  if (n >= kModularTransform) working = 2 * kept_bytes(n) + std::max(kept_bytes(n), working);
+  if (n >= kModularTransform) {
+    const kernels::Shape first = shape_of_reciprocal(n), second = shape_of_modulus(n);
+    working = Kept::bytes(first) + Kept::bytes(second) +
+              std::max({working, Kept::workspace(first, n + 1, n + 1),
+                        Kept::workspace(second, n + 1, n)});
+  }
   return Workspace::bytes<std::byte>(own + std::max(reciprocal_workspace(n), working));
 }
 
@@ -61,27 +64,10 @@ Modulus::Modulus(ConstLimbs m, Workspace ws) : m_(m) {
   multiple_ = ws.take<Limb>(2 * n + 2);
   reciprocal(reciprocal_, m, ws);
   if (n >= kModularTransform) {
-    shape_ = shape_of(n);
-    const std::size_t length = kernels::transform_length(shape_);
-    kept_reciprocal_ = ws.take<double>(3 * length).data();
-    kept_modulus_ = ws.take<double>(3 * length).data();
-    kernels::target().prepare(kept_reciprocal_, reciprocal_.data(), n + 1, shape_);
-    kernels::target().prepare(kept_modulus_, m.data(), n, shape_);
+    kept_reciprocal_ = Kept(reciprocal_, shape_of_reciprocal(n), ws);
+    kept_modulus_ = Kept(m, shape_of_modulus(n), ws);
   }
   ws_ = ws;
-}
-
-// r = a x b, given by its transform.
-void Modulus::multiply_kept(Limbs r, ConstLimbs a, ConstLimbs b, const double* prepared) {
-  Workspace ws = ws_;
-  const auto work = ws.take<double>(3 * kernels::transform_length(shape_));
-  kernels::target().multiply_prepared(r.data(), a.data(), a.size(), prepared, b.size(), shape_,
-                                      work.data());
-  // A kept transform can go wrong like any product; a plain one takes its place, and checks itself.
-  const kernels::Target& t = kernels::target();
-  if (casts_out(r, product_of(residue_of(a, t), residue_of(b, t)), t)) return;
-  report(Event::product_redone);
-  limbs::multiply(r, a, b, ws_);
 }
 
 // r = product_ mod m.
@@ -89,9 +75,12 @@ void Modulus::reduce(Limbs r) {
   const std::size_t n = m_.size();
   const ConstLimbs head = product_.first(n + 1);
   const ConstLimbs q = quotient_.first(n + 1);
-  if (kept_reciprocal_ != nullptr) {
-    multiply_kept(quotient_, head, reciprocal_, kept_reciprocal_);
-    multiply_kept(multiple_.last(2 * n + 1), q, m_, kept_modulus_);
+  if (n >= kModularTransform) {
+    kept_reciprocal_.multiply(quotient_, head, ws_);
+    const Limbs multiple = multiple_.last(2 * n + 1);
+    multiple[0] = 0;
+    std::ranges::copy(product_, multiple.begin() + 1);
+    kept_modulus_.multiply_near(multiple, q, ws_);
   } else {
     const auto multiply_part = kernels::target().multiply_part;
     multiply_part(quotient_.data(), head.data(), n + 1, reciprocal_.data(), n + 1, 0, n + 3);

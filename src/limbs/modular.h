@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/limb.h"
-#include "kernels/target.h"
+#include "limbs/checked.h"
 #include "limbs/workspace.h"
 
 namespace tivelo::limbs {
@@ -29,16 +29,13 @@ class Modulus {
 
  private:
   void reduce(Limbs r);
-  void multiply_kept(Limbs r, ConstLimbs a, ConstLimbs b, const double* prepared);
 
   ConstLimbs m_;
   Limbs reciprocal_;  // B^(2n) / m, at most 4 off, n + 1 limbs
   Limbs product_;     // 2 n limbs
   Limbs quotient_;    // 2 n + 2 limbs each
   Limbs multiple_;
-  kernels::Shape shape_ = {};          // of products with the reciprocal and with m
-  double* kept_reciprocal_ = nullptr;  // transforms; null: by columns
-  double* kept_modulus_ = nullptr;
+  Kept kept_reciprocal_, kept_modulus_;  // for long moduli
   Workspace ws_;
 };
 

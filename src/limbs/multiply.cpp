@@ -8,11 +8,9 @@
 #include <cassert>
 #include <iterator>
 
-#include "base/interrupt.h"
-#include "base/report.h"
 #include "kernels/target.h"
 #include "kernels/transform_tables.h"
-#include "limbs/casting.h"
+#include "limbs/checked.h"
 #include "limbs/linear.h"
 #include "limbs/thresholds.h"
 
@@ -53,90 +51,19 @@ static_assert(kMaxLimbs == std::size_t{1} << 25, "operands of up to 268 million 
 constexpr std::size_t kSliceRatio = 12;
 constexpr std::size_t kSlice = 7;
 
-bool same_run(ConstLimbs a, ConstLimbs b) { return a.data() == b.data() && a.size() == b.size(); }
-
-Residue residue_of_product(ConstLimbs a, ConstLimbs b, const Target& t) {
-  const Residue x = residue_of(a, t);
-  return product_of(x, same_run(a, b) ? x : residue_of(b, t));
-}
-
-// r = a x b by one transform, unchecked.
-void transform(Limbs r, ConstLimbs a, ConstLimbs b, const Target& t, Workspace ws) {
-  const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(a.size(), b.size()));
-  const std::size_t length = kernels::transform_length(s);
-  if (same_run(a, b)) {
-    double* work = ws.take<double>(3 * length).data();
-    t.square_transform(r.data(), a.data(), a.size(), s, work);
-  } else {
-    double* work = ws.take<double>(4 * length).data();
-    t.multiply_transform(r.data(), a.data(), a.size(), b.data(), b.size(), s, work);
-  }
-}
-
-// Nobody is told where the engine runs alone. No place in the line is to blame.
-void tell(Event event) {
-  if (answers != nullptr) report(event, {.place = ""});
-}
-
-// r = a x b for a.size() >= b.size() or so, after it has come out wrong: by the second target, in
-// halves of a, so that the transforms have other lengths than before, and so does all that lies in
-// memory. Takes 24 bytes for each limb of b and half of a; ends the computation if it is wrong
-// again.
-[[gnu::cold, gnu::noinline]] void transform_again(Limbs r, ConstLimbs a, ConstLimbs b,
-                                                  Workspace ws) {
-  const Target& t = kernels::second_target();
-  const std::size_t upper = a.size() / 2;
-  const ConstLimbs lower = a.subspan(upper);
-  transform(r.subspan(upper), lower, b, t, ws);
-  if (upper > 0) {
-    const Limbs part = ws.take<Limb>(upper + b.size());
-    transform(part, a.first(upper), b, t, ws);
-    std::fill_n(r.begin(), upper, 0);
-    add(r.first(part.size()), r.first(part.size()), part);
-  }
-  if (!casts_out(r, residue_of_product(a, b, t), t)) {
-    tell(Event::product_wrong);
-    refuse();
-  }
-  tell(Event::product_redone);
-}
-
-// r = a x b by one transform.
-void multiply_long(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
-  const Target& t = kernels::target();
-  const Residue expected = residue_of_product(a, b, t);
-  transform(r, a, b, t, ws);
-  if (!casts_out(r, expected, t)) transform_again(r, a, b, ws);
-}
-
-// a in slices, least significant first, each times b, checked, added to what is there already. A
-// product may be wrong because of what is kept of b: that is then made again, too.
+// a in slices, least significant first, each times b, added to what is there already.
 void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
-  const Target& t = kernels::target();
   const std::size_t nb = b.size();
   assert(nb < kMaxLimbs);
   const std::size_t most = std::min(kSlice * nb, kMaxLimbs - nb);
   const std::size_t slices = (a.size() + most - 1) / most;
   const std::size_t na = (a.size() + slices - 1) / slices;
-  const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(na, nb));
-  const std::size_t length = kernels::transform_length(s);
   const Limbs part = ws.take<Limb>(na + nb);
-  const Workspace for_redoing = ws;
-  const std::span<double> prepared = ws.take<double>(3 * length);
-  const std::span<double> work = ws.take<double>(3 * length);
-  Residue residue_of_b = residue_of(b, t);
-  t.prepare(prepared.data(), b.data(), nb, s);
+  Kept kept(b, kernels::shape_for(kernels::product_coefficients(na, nb)), ws);
   std::fill_n(r.end() - static_cast<std::ptrdiff_t>(nb), nb, 0);
   for (std::size_t end = a.size(); end > 0;) {
     const std::size_t n = std::min(na, end);
-    const ConstLimbs slice = a.subspan(end - n, n);
-    const Residue expected = product_of(residue_of(slice, t), residue_of_b);
-    t.multiply_prepared(part.data(), slice.data(), n, prepared.data(), nb, s, work.data());
-    if (!casts_out(part.first(n + nb), expected, t)) {
-      transform_again(part.first(n + nb), slice, b, for_redoing);
-      t.prepare(prepared.data(), b.data(), nb, s);
-      residue_of_b = residue_of(b, t);
-    }
+    kept.multiply(part.first(n + nb), a.subspan(end - n, n), ws);
     // The upper nb limbs of what came before are r[end, end + nb).
     std::copy_n(part.data(), n, r.data() + end - n);
     const Limb carry = add(r.subspan(end, nb), r.subspan(end, nb), part.subspan(n, nb));
@@ -150,12 +77,13 @@ void multiply_slices(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
 
 }  // namespace
 
-// Unsliced: four arrays of at most 5/4 of (na + nb + 2) / 2 doubles, 20 bytes for each limb.
-// Sliced: six such arrays and a product, 34 bytes for each limb of a slice and the shorter operand.
-// Slices by ratio are at most 7/12 of the longer operand, so that this is less than 20 for each
-// limb of the product; slices because a transform ends there may be all of it.
+// Sliced: six arrays of transforms and a product, 34 bytes for each limb of a slice and the shorter
+// operand, or as many arrays as the transform has that makes a slice again. Slices by ratio are at
+// most 7/12 of the longer operand, so that this is less than 20 for each limb of the product;
+// slices because a transform ends there may be all of it.
 std::size_t multiply_workspace(std::size_t na, std::size_t nb) {
-  return (na + nb <= kMaxLimbs ? 20 : 34) * (na + nb) + 8192;
+  if (na + nb <= kMaxLimbs) return transform_workspace(na, nb);
+  return 34 * (na + nb) + 8192;
 }
 
 void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
@@ -163,7 +91,7 @@ void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   if (a.size() < b.size()) std::swap(a, b);
   if (a.size() <= kNarrowProduct && b.size() <= std::size(kNarrow))
     return kNarrow[b.size() - 1](r, a, b);
-  if (same_run(a, b)) return square(r, a, ws);
+  if (a.data() == b.data() && a.size() == b.size()) return square(r, a, ws);
   const Target& t = kernels::target();
   const bool even = a.size() < 2 * b.size();
   if (b.size() < (even ? t.thresholds.even : t.thresholds.uneven)) {

@@ -9,9 +9,9 @@
 #include <algorithm>
 #include <cassert>
 
+#include "limbs/checked.h"
 #include "limbs/linear.h"
 #include "limbs/long_division.h"
-#include "limbs/multiply.h"
 #include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
@@ -34,15 +34,23 @@ void divide_power(Limbs r, ConstLimbs v, Workspace ws) {
   }
 }
 
+// Of the two products of a step: x v differs from B^(p+h) by less than B^(p+2), p + 3 limbs tell
+// it, and p + 4 are those of x times the error.
+kernels::Shape step_shape(std::size_t p) {
+  return kernels::cyclic_shape_for(
+      kernels::product_coefficients(half_length(p) + 1, p - half_length(p) + 3) + 1);
+}
+
 }  // namespace
 
 std::size_t reciprocal_workspace(std::size_t p) {
   const std::size_t direct = std::min(p, kReciprocalDirect);
   const std::size_t h = half_length(p);
+  const std::size_t step =
+      Kept::bytes(step_shape(p)) + Kept::workspace(step_shape(p), h + 1, p + 3);
   return Workspace::bytes<Limb>(2 * direct + 1) + Workspace::bytes<Limb>(direct + 2) +
          Workspace::bytes<Limb>(direct) + long_divide_workspace(2 * direct + 1, direct) +
-         Workspace::bytes<Limb>(p + h + 1) + Workspace::bytes<Limb>(p + 4) +
-         multiply_workspace(h + 1, p + 3);
+         Workspace::bytes<Limb>(p + h + 1) + Workspace::bytes<Limb>(p + 4) + step;
 }
 
 void reciprocal(Limbs r, ConstLimbs v, Workspace ws) {
@@ -52,8 +60,11 @@ void reciprocal(Limbs r, ConstLimbs v, Workspace ws) {
   const std::size_t h = half_length(p);
   const Limbs x = r.first(h + 1);
   reciprocal(x, v.first(h), ws);
+  Kept kept(x, step_shape(p), ws);
   const Limbs product = ws.take<Limb>(p + h + 1);
-  multiply(product, v, x, ws);
+  std::fill(product.begin(), product.end(), 0);
+  product[0] = 1;
+  kept.multiply_near(product, v, ws);
   // The first limb tells on which side of B^(p+h) the product is; the next h - 2 are 0, or
   // B - 1 before the complement.
   const bool above = product[0] != 0;
@@ -62,10 +73,10 @@ void reciprocal(Limbs r, ConstLimbs v, Workspace ws) {
     for (Limb& limb : error) limb = kBase - 1 - limb;
   }
   const Limbs change = ws.take<Limb>(p + 4);
-  multiply(change, x, error, ws);
-  const ConstLimbs kept = change.first(p - h + 3);
+  kept.multiply(change, error, ws);
+  const ConstLimbs leading_change = change.first(p - h + 3);
   std::fill(r.begin() + static_cast<std::ptrdiff_t>(h + 1), r.end(), 0);
-  const Limb over = above ? subtract(r, r, kept) : add(r, r, kept);
+  const Limb over = above ? subtract(r, r, leading_change) : add(r, r, leading_change);
   if (over != 0) std::fill(r.begin(), r.end(), kBase - 1);
 }
 

@@ -21,6 +21,10 @@ TEST(Target, ShapesAreLongEnoughAndHardlyLonger) {
     const Shape s = shape_for(n);
     ASSERT_TRUE(s.k >= kShortestTransform && (s.u == 1 || (s.u >= 5 && s.u <= 8))) << n;
     ASSERT_GE(transform_length(s), n);
+    const Shape cyclic = cyclic_shape_for(n);
+    ASSERT_TRUE(cyclic.u != 7 && (s.u == 7 || transform_length(cyclic) == transform_length(s)));
+    ASSERT_TRUE(transform_length(cyclic) >= n && (n < 256 || 3 * transform_length(cyclic) <= 4 * n))
+        << n;
     if (n >= 256) {
       ASSERT_LE(4 * transform_length(s), 5 * n) << n;
     }

@@ -93,6 +93,12 @@ kernels::Target damaged(const kernels::Target& real) {
     faults.real[kRoad]->multiply_prepared(r, a, na, b, nb, s, work);
     damage_product<kRoad>(r, na + nb);
   };
+  t.multiply_wrapped = [](std::uint32_t* r, const std::uint32_t* a, std::size_t na, const double* b,
+                          Shape s, double* work) {
+    const std::uint64_t over = faults.real[kRoad]->multiply_wrapped(r, a, na, b, s, work);
+    damage_product<kRoad>(r, 2 * transform_length(s) + 2);
+    return over;
+  };
   t.prepare = [](double* x, const std::uint32_t* b, std::size_t nb, Shape s) {
     faults.real[kRoad]->prepare(x, b, nb, s);
     const auto doubles = static_cast<std::uint32_t>(3 * transform_length(s));

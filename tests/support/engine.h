@@ -65,6 +65,7 @@ inline bool divides(const Number& a, const Number& b) {
   Number q(a.size() - b.size() + 1, 7), r(b.size(), 7);
   LentWorkspace lent(divide_workspace(a.size(), b.size()));
   divide(q, r, a, b, lent.workspace());
+  if (divide_workspace(a.size()) < divide_workspace(a.size(), b.size())) return false;
   return big(q) == big(a) / big(b) && big(r) == big(a) % big(b);
 }
 
