@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "base/limb.h"
+#include "base/precision.h"
 
 namespace tivelo {
 
@@ -68,15 +69,46 @@ inline bool is_short_zero(const num* a) { return a->len < 2 && units(a) == 0; }
 inline bool is_one(const num* a) { return a->len == 1 && units(a) == 1; }
 inline bool has_value(const num* a) { return !magnitude(a).empty(); }
 
-// Makes `a` the canonical zero, its limbs in use all 0, and resets every field but dden. Returns 1.
-int rclear(num* a);
+// Makes `a` the canonical zero and resets every field but dden, for a record whose len may be stale:
+// of its limbs only the units become 0. Returns 1.
+inline int clear(num* a) {
+  units(a) = 0;
+  a->end = IS;
+  a->sign = a->rdiv = a->used = 1;
+  a->len = a->ext = a->rem = a->shift = a->dec = a->res = a->imag = 0;
+  return 1;
+}
 
-// The same for a record whose len may be stale: of its limbs only the units become 0. Returns 1.
-int clear(num* a);
+// The limbs of a record of two and more as zeros, and as a copy of another's.
+void clear_limbs(num* a);
+void copy_limbs(num* dst, const num* src);
+
+// As clear(), and all its limbs in use become 0. Returns 1. This and the copy are inline for the sake
+// of short numbers: an operation on them is little more.
+inline int rclear(num* a) {
+  if (a->len > 1) [[unlikely]]
+    clear_limbs(a);
+  return clear(a);
+}
 
 // Copies value and fields (not end, dden, used) of src to dst; limbs of dst above the copied ones
 // stay. Returns 0 when both are the same record, else 1.
-int rncopy(num* dst, const num* src);
+inline int rncopy(num* dst, const num* src) {
+  if (dst == src) return 0;
+  units(dst) = src->len == 0 ? 0 : units(src);
+  if (src->len > 1) [[unlikely]]
+    copy_limbs(dst, src);
+  dst->len = src->len;
+  dst->ext = src->ext;
+  dst->sign = src->sign;
+  dst->rdiv = src->rdiv;
+  dst->rem = src->rem;
+  dst->res = src->res;
+  dst->shift = src->shift;
+  dst->dec = src->dec;
+  dst->imag = src->imag;
+  return 1;
+}
 
 // Stores v >= 0 in limbs and len; no other field changes. Returns 0, or -3 for v < 0. Every caller
 // has a count or a remainder in hand, so that nobody need look.

@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "base/characters.h"
 #include "bigint/num.h"
 
 namespace tivelo {
@@ -15,6 +16,19 @@ namespace tivelo {
 // digits, so they stay as limbs. A number of more than IS limbs becomes zero, its text consumed,
 // which has been reported.
 int cton(const char* text, num* a);
+
+// The same for one to eight digits at `text`, no blank before them and no point behind, as nearly all
+// literals are: one limb. Returns 0, with nothing done, for anything else.
+inline int read_short(const char* text, num* a) {
+  Limb value = 0;
+  int n = 0;
+  for (; is_digit(text[n]) && n <= kLimbDigits; ++n) value = value * 10 + static_cast<Limb>(text[n] - '0');
+  if (n == 0 || n > kLimbDigits || text[n] == '.') return 0;
+  rclear(a);
+  a->len = a->dden = 1;
+  units(a) = value;
+  return n;
+}
 
 // Writes the digits of |a| (with its point in decimal mode, dec = FF) and a terminating zero at
 // `out`, which has room for 8 len + 3 characters. The last limb of a decimal is left out when it is

@@ -106,11 +106,13 @@ Flow next_entry(Run& run) {
     run.block_index = again ? 0 : -1;
     if (!again) {
       run.line = run.line_area;
+      run.entry = nullptr;
       end_repeat();
     }
     return Flow::fall_on;
   }
-  run.line = run.block[run.block_index++];
+  run.entry = &run.block[run.block_index++];
+  run.line = run.entry->text;
   set_line_in_hand(run.line, nullptr);
   if (run.script_position == nullptr && !outside.batch) {
     put(*answers, "? ");
@@ -141,7 +143,7 @@ void Capture::add(const char* piece, std::size_t length) {
     return;
   }
   if (is_repeat(piece)) report(Event::repeat_in_block, {.place = piece});
-  run.block[run.block_entries++] = end;
+  run.block[run.block_entries++] = {end, nullptr, 0, false};
   std::memcpy(end, piece, length);
   end += length;
   *end++ = '\0';

@@ -187,6 +187,7 @@ Flow return_to_console(Run& run) {
   run.capturing = false;
   run.block_index = -1;
   run.line = run.line_area;
+  run.entry = nullptr;
   run.script_position = nullptr;
   end_messages();
   return Flow::next;

@@ -176,7 +176,7 @@ int reduce_decimal(num* a, num* b) {
 
 }  // namespace
 
-int nreduct(num* a, num* b) {
+int reduce_pair(num* a, num* b) {
   if (a->dec == FF && b->dec == 0) return reduce_decimal(a, b);
   if (a->len == 1 && b->len == 1) {
     if (units(b) == 0) return 0;
