@@ -26,8 +26,9 @@ ConstLimbs magnitude(const num* a) { return limbs::strip(in_use(a)); }
 
 void clear_limbs(num* a) { std::ranges::fill(in_use(a), Limb{0}); }
 
-void copy_limbs(num* dst, const num* src) {
+int copy_long(num* dst, const num* src) {
   std::ranges::copy(in_use(src), places(dst, src->len).begin());
+  return copy_fields(dst, src);
 }
 
 int iton(num* a, int v) {

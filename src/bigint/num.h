@@ -22,16 +22,17 @@ namespace tivelo {
 // longer runs of zero limbs, which typed zeros and shifts leave behind.
 struct num {
   Limb* limbs;
+  // Length and sign lie between fields that copying leaves alone: a copy of two neighbours at once
+  // would have to wait until what was last stored to one of them has left the processor.
   std::int32_t end = 1;   // one past the units limb; IS in every attached record
+  std::int32_t len = 0;   // limbs in use; leading ones may be zero
   std::int32_t dden = 1;  // 10^k for k digits after the point; meaningful right after a parse
-  // What clearing makes 1 ...
   std::int32_t sign = 1;  // +1 or -1; a zero may carry either
-  std::int32_t rdiv = 1;  // the divisor of the last division by a machine integer
   std::int32_t used = 0;  // 1 once the record has been cleared
-  // ... and what it makes 0. Each kind stands together, so that a few stores do it.
-  std::int32_t len = 0;    // limbs in use; leading ones may be zero
+  // What a few stores clear and copy.
+  std::int32_t rdiv = 1;   // the divisor of the last division by a machine integer
+  std::int32_t rem = 0;    // what that division left
   std::int32_t ext = 0;    // always 0
-  std::int32_t rem = 0;    // what the last division by a machine integer left
   std::int32_t shift = 0;  // scale in whole limbs; 0 in every stored value
   std::int32_t dec = 0;    // limbs after the decimal point: 0, or FF in decimal mode
   std::int32_t res = 0;    // always 0
@@ -74,14 +75,14 @@ inline bool has_value(const num* a) { return !magnitude(a).empty(); }
 inline int clear(num* a) {
   units(a) = 0;
   a->end = IS;
+  a->len = 0;
   a->sign = a->rdiv = a->used = 1;
-  a->len = a->ext = a->rem = a->shift = a->dec = a->res = a->imag = 0;
+  a->rem = a->ext = a->shift = a->dec = a->res = a->imag = 0;
   return 1;
 }
 
-// The limbs of a record of two and more as zeros, and as a copy of another's.
-void clear_limbs(num* a);
-void copy_limbs(num* dst, const num* src);
+// Zeros in the limbs of a record of two and more.
+[[gnu::noinline]] void clear_limbs(num* a);
 
 // As clear(), and all its limbs in use become 0. Returns 1. This and the copy are inline for the sake
 // of short numbers: an operation on them is little more.
@@ -91,23 +92,31 @@ inline int rclear(num* a) {
   return clear(a);
 }
 
+// Copies the fields that rncopy() copies, and returns 1.
+inline int copy_fields(num* dst, const num* src) {
+  dst->len = src->len;
+  dst->sign = src->sign;
+  dst->rdiv = src->rdiv;
+  dst->rem = src->rem;
+  dst->ext = src->ext;
+  dst->shift = src->shift;
+  dst->dec = src->dec;
+  dst->res = src->res;
+  dst->imag = src->imag;
+  return 1;
+}
+
+// rncopy() of two limbs and more.
+[[gnu::noinline]] int copy_long(num* dst, const num* src);
+
 // Copies value and fields (not end, dden, used) of src to dst; limbs of dst above the copied ones
 // stay. Returns 0 when both are the same record, else 1.
 inline int rncopy(num* dst, const num* src) {
   if (dst == src) return 0;
-  units(dst) = src->len == 0 ? 0 : units(src);
   if (src->len > 1) [[unlikely]]
-    copy_limbs(dst, src);
-  dst->len = src->len;
-  dst->ext = src->ext;
-  dst->sign = src->sign;
-  dst->rdiv = src->rdiv;
-  dst->rem = src->rem;
-  dst->res = src->res;
-  dst->shift = src->shift;
-  dst->dec = src->dec;
-  dst->imag = src->imag;
-  return 1;
+    return copy_long(dst, src);
+  units(dst) = src->len == 0 ? 0 : units(src);
+  return copy_fields(dst, src);
 }
 
 // Stores v >= 0 in limbs and len; no other field changes. Returns 0, or -3 for v < 0. Every caller

@@ -17,16 +17,17 @@ namespace tivelo {
 // which has been reported.
 int cton(const char* text, num* a);
 
-// The same for one to eight digits at `text`, no blank before them and no point behind, as nearly all
-// literals are: one limb. Returns 0, with nothing done, for anything else.
-inline int read_short(const char* text, num* a) {
-  Limb value = 0;
+// Reads the one to eight digits that are a whole literal, with no blank before them and no point
+// behind, as nearly all are. Returns how many, or 0 with nothing done for anything else.
+inline int read_short(const char* text, Limb* value) {
+  Limb sum = 0;
   int n = 0;
-  for (; is_digit(text[n]) && n <= kLimbDigits; ++n) value = value * 10 + static_cast<Limb>(text[n] - '0');
-  if (n == 0 || n > kLimbDigits || text[n] == '.') return 0;
-  rclear(a);
-  a->len = a->dden = 1;
-  units(a) = value;
+  for (; is_digit(text[n]); ++n) {
+    if (n == kLimbDigits) return 0;
+    sum = sum * 10 + static_cast<Limb>(text[n] - '0');
+  }
+  if (text[n] == '.') return 0;
+  *value = sum;
   return n;
 }
 

@@ -8,6 +8,7 @@
 #include "base/status.h"
 #include "eval/levels.h"
 #include "eval/operators.h"
+#include "eval/short.h"
 #include "fraction/arith.h"
 #include "fraction/stepwise.h"
 
@@ -26,8 +27,7 @@ struct Evaluation {
   int position = 0;
   numf* slot;
   const char* additive;        // the '+' or '-' before the current term, or the text's start
-  const char* multiplicative;  // the '*' or '/' before the factor; null: there was none yet
-  bool auxiliary_is_new = true;
+  const char* multiplicative;  // the '*' or '/' before the factor
 
   Evaluation(const char* expression, numf* target, int depth)
       : text(expression),
@@ -39,8 +39,9 @@ struct Evaluation {
         additive(expression),
         multiplicative(nullptr) {
     mclear(result);
+    mclear(&factor);
     mclear(&term);
-    if (depth > kLineDepth) mclear(&factor);  // which is the auxiliary of the asking evaluation
+    mclear(&level.auxiliary);
   }
 
   const char* at() const { return text + position; }
@@ -49,15 +50,37 @@ struct Evaluation {
     while (here() == ' ') ++position;
   }
   int apply_operator(int precedence);
-  int apply_operators();
   int read_factor();
-  void begin_factor();
   void look_for_missing(bool after_minus) const;
   void look_for_dropped() const;
   void divide_term();
   void finish_product();
   bool finish_term();
 };
+
+// Applies the operator at the position if it is one of this precedence. Negative when the
+// evaluation stops.
+int Evaluation::apply_operator(int precedence) {
+  const Operator* op = find_operator(here(), precedence);
+  if (op == nullptr) return 0;
+  place_in_hand = at();
+  const int next = op->apply(level, slot, position + 1);
+  if (next >= 0) position = next;
+  return next;
+}
+
+// factor: operand [ power or postfix operator ] [ gcd, lcm or remainder operator ]
+int Evaluation::read_factor() {
+  const bool minus = here() == '-';
+  const int count = nread(at(), slot, operand_depth(level.depth));
+  if (count < 0) return count;
+  position += count;
+  if (count == (minus ? 1 : 0)) look_for_missing(minus);
+  const int status = apply_operator(kPostfix);
+  if (status < 0) return status;
+  skip_spaces();
+  return apply_operator(kInteger);
+}
 
 // Does an operand end before this character? Otherwise another operand begins with it.
 bool ends_operand(char c) {
@@ -73,39 +96,6 @@ bool ends_operand(char c) {
     default:
       return false;
   }
-}
-
-// Applies the operator at the position if it is one of this precedence. Negative when the
-// evaluation stops.
-int Evaluation::apply_operator(int precedence) {
-  const Operator* op = find_operator(here(), precedence);
-  if (op == nullptr) return 0;
-  if (auxiliary_is_new) mclear(&level.auxiliary);
-  auxiliary_is_new = false;
-  place_in_hand = at();
-  const int next = op->apply(level, slot, position + 1);
-  if (next >= 0) position = next;
-  return next;
-}
-
-// [ power or postfix operator ] [ gcd, lcm or remainder operator ]
-int Evaluation::apply_operators() {
-  const int status = apply_operator(kPostfix);
-  if (status < 0) return status;
-  skip_spaces();
-  return apply_operator(kInteger);
-}
-
-// factor: operand [ operators ]
-int Evaluation::read_factor() {
-  const bool minus = here() == '-';
-  const char first = text[position + (minus ? 1 : 0)];
-  if (first == '(' || first == '|') auxiliary_is_new = false;  // the factor of the bracket
-  const int count = nread(at(), slot, operand_depth(level.depth));
-  if (count < 0) return count;
-  position += count;
-  if (count == (minus ? 1 : 0)) look_for_missing(minus);
-  return ends_operand(here()) ? 0 : apply_operators();
 }
 
 // Nothing was read but perhaps a minus: the character here takes 0 as its left side. Of a sum that
@@ -138,13 +128,6 @@ void Evaluation::divide_term() {
   const std::int32_t sign = factor.c->sign == term.c->sign ? 1 : -1;
   if (ndiv(&term, &term, &factor) == kDivisionByZero) report(Event::division_by_zero);
   term.c->sign = sign;
-}
-
-// Steps over the '*' or '/' at the position.
-void Evaluation::begin_factor() {
-  if (multiplicative == nullptr) mclear(&factor);
-  multiplicative = text + position++;
-  slot = &factor;
 }
 
 void Evaluation::finish_product() {
@@ -189,6 +172,7 @@ class ResultAside {
 void evaluate_line(const char* text, numf* target) {
   grant_steps();
   begin_mark();
+  if (evaluate_short(text, target)) return;
   if (target == &Cn) {
     (void)calc(text, &spare, kLineDepth);
     exchange_result();
@@ -223,7 +207,8 @@ int calc(const char* text, numf* target, int depth) {
     }
     e.finish_product();
     if (e.here() == '*' || e.here() == '/') {
-      e.begin_factor();
+      e.multiplicative = text + e.position++;
+      e.slot = &e.factor;
     } else if (e.finish_term()) {
       return e.position;
     }

@@ -53,42 +53,26 @@ void divide_by(num* c, const num* m, Event cut) {
   if (cut_by(c, m)) report(cut);
 }
 
-// Members of one limb, the numerator perhaps the canonical zero.
-bool is_short(const numf* f) {
+// An integer of one limb, or the canonical zero.
+bool is_short_integer(const numf* f) {
   const num* c = f->c;
   const bool is_short = c->len == 0 || (c->len == 1 && units(c) != 0);
-  return is_short && c->dec == 0 && c->shift == 0 && f->m->len == 1 && units(f->m) != 0;
+  return is_short && c->dec == 0 && c->shift == 0 && is_one(f->m);
 }
 
-// x + y for short operands, y not zero: what exact_sum makes of them, without its steps. False, with
-// nothing done, when an operand outgrows its limb on the way, or for too large a denominator.
-bool short_sum(numf* r, const numf* x, const numf* y) {
-  std::int64_t a = low_limb(x->c);
-  std::int64_t b = low_limb(y->c);
-  std::int64_t l = low_limb(x->m);
-  if (units(x->m) != units(y->m)) {
-    const auto dx = static_cast<int>(l);
-    const auto dy = static_cast<int>(units(y->m));
-    const int g = gcm(dx, dy);
-    l *= dy / g;
-    a *= dy / g;
-    b *= dx / g;
-    if (l > kDenominatorBound || a >= kBase || b >= kBase) return false;
-    units(x->c) = static_cast<Limb>(a);
-    units(y->c) = static_cast<Limb>(b);
-  }
-  const auto total = static_cast<int>(x->c->sign * a + y->c->sign * b);
+// x + y for short integers, y not zero: what exact_sum makes of them, without its steps.
+void short_sum(numf* r, const numf* x, const numf* y) {
+  const int total =
+      x->c->sign * static_cast<int>(units(x->c)) + y->c->sign * static_cast<int>(units(y->c));
   num* c = r->c;
-  set_one_limb(r->m, static_cast<Limb>(l));
+  set_one_limb(r->m, 1);
   if (total == 0) {
     clear(c);
-    return true;
+    return;
   }
   iton(c, std::abs(total));
   c->sign = total > 0 ? 1 : -1;
   c->shift = c->dec = 0;
-  nreduct(c, r->m);
-  return true;
 }
 
 // x + y over one-limb denominators with g as their greatest common divisor.
@@ -203,7 +187,10 @@ int decimal_quotient(numf* r, const numf* x, const numf* y) {
 }  // namespace
 
 int nsum(numf* r, numf* x, numf* y) {
-  if (is_short(x) && is_short(y) && y->c->len == 1 && short_sum(r, x, y)) return 0;
+  if (is_short_integer(x) && is_short_integer(y) && y->c->len == 1) {
+    short_sum(r, x, y);
+    return 0;
+  }
   if (x->m->len <= 1 && y->m->len <= 1) {
     const int g = gcm(static_cast<int>(units(x->m)), static_cast<int>(units(y->m)));
     if (low_limb(x->m) / g * low_limb(y->m) <= kDenominatorBound)
@@ -226,13 +213,14 @@ int ndiv(numf* r, numf* x, numf* y) {
 }
 
 int ncton(const char* text, numf* f) {
-  if (const int n = read_short(text, f->c); n > 0) {
-    clear(f->m);
-    set_one_limb(f->m, 1);
+  mclear(f);
+  Limb value = 0;
+  if (const int n = read_short(text, &value); n > 0) {
+    set_one_limb(f->c, value);
+    f->c->dden = 1;
     return n;
   }
   const int n = cton(text, f->c);
-  clear(f->m);
   set_one_limb(f->m, static_cast<Limb>(f->c->dden));
   f->c->shift = 0;
   nreduct(f->c, f->m);
