@@ -229,6 +229,10 @@ int eclean(char* line) {
   bool split = false;
   const int room = line_room();
   for (int i = 0; i < room; ++i) {
+    // Long lines are long numbers.
+    for (; i + 8 <= room && is_digit(line[i]) && eight_digits(line + i); i += 8, kept += 8)
+      if (kept != i) std::memmove(line + kept, line + i, 8);
+    if (i == room) break;
     const char c = line[i];
     switch (classify(c)) {
       case Keep::as_is:
