@@ -131,11 +131,10 @@ RunStorage lay_out_run() {
   run->script = area(sizeof incoming.text);
   run->text = area(text);
   run->line = run->line_area;
-  if (line > 2 * kSmallPages)
-    for (char* area_of_lines : {run->line_area, run->typed_area}) {
-      std::byte* start = reinterpret_cast<std::byte*>(area_of_lines);
-      use_large_pages(start + kSmallPages, start + line);
-    }
+  for (char* lines : {run->line_area, run->typed_area}) {
+    std::byte* start = reinterpret_cast<std::byte*>(lines);
+    if (line > kSmallPages) use_large_pages(start + kSmallPages, start + line);
+  }
   storage.run = run;
   return storage;
 }

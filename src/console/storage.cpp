@@ -15,6 +15,8 @@ namespace tivelo {
 
 namespace {
 
+constexpr std::size_t kLargePage = std::size_t{2} << 20;
+
 std::size_t round_to_pages(std::size_t size) {
   const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   return (size + page - 1) / page * page;
@@ -37,11 +39,10 @@ void release(Region& region) {
 
 void use_large_pages([[maybe_unused]] std::byte* from, [[maybe_unused]] std::byte* to) {
 #ifdef MADV_HUGEPAGE
-  constexpr std::size_t kLarge = std::size_t{2} << 20;
-  const auto up = (kLarge - reinterpret_cast<std::uintptr_t>(from) % kLarge) % kLarge;
-  const auto down = reinterpret_cast<std::uintptr_t>(to) % kLarge;
+  const auto up = (kLargePage - reinterpret_cast<std::uintptr_t>(from) % kLargePage) % kLargePage;
+  const auto down = reinterpret_cast<std::uintptr_t>(to) % kLargePage;
   const auto size = static_cast<std::size_t>(to - from);
-  if (size >= up + down + kLarge) ::madvise(from + up, size - up - down, MADV_HUGEPAGE);
+  if (size >= up + down + kLargePage) ::madvise(from + up, size - up - down, MADV_HUGEPAGE);
 #endif
 }
 
@@ -56,7 +57,7 @@ Region reserve_numbers() {
   ::madvise(region.data, pool, MADV_NOHUGEPAGE);
 #endif
   const std::size_t record = static_cast<std::size_t>(IS) * sizeof(Limb);
-  for (std::size_t at = 0; record > 2 * kSmallPages && at + record <= pool; at += record)
+  for (std::size_t at = 0; record > 2 * kLargePage && at + record <= pool; at += record)
     use_large_pages(region.data + at, region.data + at + record - kSmallPages);
   use_large_pages(region.data + pool, region.data + pool + workspace);
   attach_pool(reinterpret_cast<Limb*>(region.data));

@@ -22,7 +22,7 @@ void release(Region& region);
 void use_large_pages(std::byte* from, std::byte* to);
 
 // What is left out of them at the end where use begins.
-inline constexpr std::size_t kSmallPages = std::size_t{2} << 20;
+inline constexpr std::size_t kSmallPages = std::size_t{64} << 10;
 
 // Reserves the number pool and the engine's workspace for the precision IS and attaches them.
 // Returns the reservation; without `data` nothing has been attached.
