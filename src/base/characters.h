@@ -14,8 +14,8 @@ inline bool is_digit(char c) { return c >= '0' && c <= '9'; }
 inline bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
 inline bool is_control(char c) { return static_cast<unsigned char>(c) < ' ' || c == 127; }
 
-// Are the eight characters at `text` digits? Such are '0' to '9' that have 3 for their upper half, and
-// still have when 6 is added; a carry from one byte to the next comes from no digit.
+// Are the eight characters at `text` digits? Such are '0' to '9' that have 3 for their upper half,
+// and still have when 6 is added; a carry from one byte to the next comes from no digit.
 inline bool eight_digits(const char* text) {
   constexpr std::uint64_t kUpper = 0xF0F0F0F0F0F0F0F0;
   std::uint64_t w;

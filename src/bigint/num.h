@@ -70,8 +70,8 @@ inline bool is_short_zero(const num* a) { return a->len < 2 && units(a) == 0; }
 inline bool is_one(const num* a) { return a->len == 1 && units(a) == 1; }
 inline bool has_value(const num* a) { return !magnitude(a).empty(); }
 
-// Makes `a` the canonical zero and resets every field but dden, for a record whose len may be stale:
-// of its limbs only the units become 0. Returns 1.
+// Makes `a` the canonical zero and resets every field but dden, for a record whose len may be
+// stale: of its limbs only the units become 0. Returns 1.
 inline int clear(num* a) {
   units(a) = 0;
   a->end = IS;
@@ -84,8 +84,8 @@ inline int clear(num* a) {
 // Zeros in the limbs of a record of two and more.
 [[gnu::noinline]] void clear_limbs(num* a);
 
-// As clear(), and all its limbs in use become 0. Returns 1. This and the copy are inline for the sake
-// of short numbers: an operation on them is little more.
+// As clear(), and all its limbs in use become 0. Returns 1. This and the copy are inline for the
+// sake of short numbers: an operation on them is little more.
 inline int rclear(num* a) {
   if (a->len > 1) [[unlikely]]
     clear_limbs(a);

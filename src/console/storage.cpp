@@ -51,8 +51,8 @@ Region reserve_numbers() {
   const std::size_t workspace = engine_bytes(IS);
   Region region = reserve(pool + workspace);
   if (region.data == nullptr) return region;
-  // Long products sweep the workspace again and again. Records must not have large pages at the end
-  // where numbers begin: every one would touch two megabytes for its first limb.
+    // Long products sweep the workspace again and again. Records must not have large pages at the
+    // end where numbers begin: every one would touch two megabytes for its first limb.
 #ifdef MADV_NOHUGEPAGE
   ::madvise(region.data, pool, MADV_NOHUGEPAGE);
 #endif

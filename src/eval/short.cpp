@@ -1,4 +1,5 @@
-// The arithmetic of fraction/arith.h on values for which nothing is ever refused, cut or to be told.
+// The arithmetic of fraction/arith.h on values for which nothing is ever refused, cut or to be
+// told.
 #include "eval/short.h"
 
 #include <cstdint>

@@ -17,7 +17,8 @@ void wire_variables() {
   mclear(&Cn);
   for (int v = 0; v < kVariables; ++v) {
     M[v] = numf(Mc[v], Mm[v]);
-    mclear(&M[v]);
+    M[v].c->used = M[v].m->used = 1;  // 0 already, without its page being touched
+    set_one_limb(M[v].m, 1);
     cells_written[v] = 0;
     limbs_written[v] = 1;
   }

@@ -136,15 +136,23 @@ bool covers(std::span<const std::uint32_t> primes, int candidate) {
   return rest == 1;
 }
 
+// Can the ratio of the members, a >= b, be within the ratio shortcut? Otherwise their quotient has
+// nine digits and more.
+bool may_be_ratio(const num* a, const num* b) {
+  return magnitude(a).size() < magnitude(b).size() + 2;
+}
+
 // The search of a long pair. Candidates that divide neither member would change nothing, so the
-// primes that do are found beforehand, many at a time. Its room on the stack is not for the short
-// pairs, which are nearly all.
+// primes that do are found beforehand, many at a time; without the ratio shortcut those of the
+// smaller member are enough. Its room on the stack is not for the short pairs, which are nearly
+// all.
 [[gnu::noinline]] int search(num* larger, num* smaller) {
   const int bound = search_bound(larger, smaller);
   std::array<std::uint32_t, 2 * kPrimesBelow9997> found;
   const auto prime_bound = static_cast<std::uint32_t>(bound);
-  std::size_t count = prime_divisors(found, larger, prime_bound);
-  count += prime_divisors(std::span(found).subspan(count), smaller, prime_bound);
+  std::size_t count = prime_divisors(found, smaller, prime_bound);
+  if (may_be_ratio(larger, smaller))
+    count += prime_divisors(std::span(found).subspan(count), larger, prime_bound);
   if (count == 0) return 1;
   Search state(larger, smaller);
   for (int p = 2; p <= bound; p += p == 2 ? 1 : 2)

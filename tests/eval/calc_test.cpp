@@ -54,13 +54,16 @@ TEST_F(CalcTest, ExactAndDecimal) {
       B/.0000000000000001-B : 0)");
 }
 
-// Against calc(), to the last field; a third of the lines at least are short. The terms lie about the
-// bounds of one limb and of two, as variables also beyond what is short.
+// Against calc(), to the last field; a third of the lines at least are short. The terms lie about
+// the bounds of one limb and of two, as variables also beyond what is short.
 TEST_F(CalcTest, ShortLinesAreWhatCalcMakesOfThem) {
-  const char* const kNumbers[] = {"1", "2", "12", "9999", "10000", "99999999", "12345678", "50000000"};
-  const char* const kValues[] = {"7",     "-99999999", "99999999 99999999", "-3 5", "12/18",
-                                 "5/1e8", "0",         "-4/99999999",       "1.5",  "0 7",
-                                 "6/4 2", "",          "1 2/3",             "-1",   "1 2 3"};
+  const char* const kNumbers[] = {"1",     "2",        "12",       "9999",
+                                  "10000", "99999999", "12345678", "50000000"};
+  const char* const kValues[] = {"7",     "-99999999",   "99999999 99999999",
+                                 "-3 5",  "12/18",       "5/1e8",
+                                 "0",     "-4/99999999", "1.5",
+                                 "0 7",   "6/4 2",       "",
+                                 "1 2/3", "-1",          "1 2 3"};
   Operands random(20261123);
   int shortly = 0;
   constexpr int kLines = 20'000;
@@ -73,7 +76,8 @@ TEST_F(CalcTest, ShortLinesAreWhatCalcMakesOfThem) {
                                    : kNumbers[random.below(8)];
       if (n > 1) line += "+-*/"[random.below(4)];
     }
-    if (random.below(50) == 0) line.insert(random.below(8) % line.size(), 1, " (.+,!A0"[random.below(8)]);
+    if (random.below(50) == 0)
+      line.insert(random.below(8) % line.size(), 1, " (.+,!A0"[random.below(8)]);
     numf fast(junk(Mc[4]), junk(Mm[4]));
     const std::string before = state(fast.c) + state(fast.m);
     const bool is_short = evaluate_short(line.c_str(), &fast);
