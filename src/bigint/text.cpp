@@ -25,7 +25,7 @@ int count_digits(const char* text) {
   constexpr int kShort = 16;
   constexpr std::size_t kPiece = 4096;
   int n = 0;
-  while (is_digit(text[n]) && n < kShort) ++n;
+  while (n < kShort && is_digit(text[n])) ++n;
   if (n < kShort) return n;
   for (std::size_t found = kPiece; found == kPiece; n += static_cast<int>(found))
     found = leading_digits({text + n, strnlen(text + n, kPiece)});

@@ -74,8 +74,7 @@ class Sieve {
  public:
   static constexpr std::uint32_t kNumbers = 8192;
 
-  explicit Sieve(const num* first) {
-    primes_ = primes_up_to(trial_bound(first)).subspan(1);
+  explicit Sieve(const num* first) : primes_(primes_up_to(trial_bound(first)).subspan(1)) {
     small_remainders(std::span(rests_).first(primes_.size()), first, primes_);
     strike();
   }
