@@ -10,7 +10,8 @@ namespace tivelo {
 
 inline constexpr std::size_t kPrimesBelow65536 = 6542;
 
-// In increasing order; found by a sieve when first asked for.
-std::span<const std::uint32_t> primes_below_65536();
+// Those up to `bound`, which is below 65536, in increasing order; found by a sieve when first asked
+// for.
+std::span<const std::uint32_t> primes_up_to(std::uint32_t bound);
 
 }  // namespace tivelo

@@ -40,32 +40,49 @@ bool flush(Out& out) {
   return !out.failed;
 }
 
+namespace {
+
+// What a reading of the source came to: bytes at `to`, or none for good (`in.ended`) or for now
+// (`in.interrupted`).
+std::size_t fill(In& in, Out& out, char* to) {
+  flush(out);
+  const long got = in.ended ? 0 : in.fill(in.context, to, sizeof in.buffer);
+  in.interrupted = got == kInterruptedRead;
+  if (got <= 0 && !in.interrupted) in.ended = true;
+  return got <= 0 ? 0 : static_cast<std::size_t>(got);
+}
+
+// The length of the text up to its line feed, or all of it.
+std::size_t line_length(const char* text, std::size_t size) {
+  const char* feed = static_cast<const char*>(std::memchr(text, '\n', size));
+  return feed != nullptr ? static_cast<std::size_t>(feed - text) : size;
+}
+
+}  // namespace
+
 bool read_line(In& in, Out& out, char* line, std::size_t room) {
   std::size_t kept = 0;
   bool any = false;
   for (;;) {
+    // What goes on beyond the buffer is read where it belongs, and what follows the line put back.
+    const bool directly = kept > 0 && in.next == in.end && room - 1 - kept >= sizeof in.buffer;
     if (in.next == in.end) {
-      flush(out);
-      const long got = in.ended ? 0 : in.fill(in.context, in.buffer, sizeof in.buffer);
-      in.interrupted = got == kInterruptedRead;
+      const std::size_t got = fill(in, out, directly ? line + kept : in.buffer);
       if (in.interrupted) return false;
-      if (got <= 0) {
-        in.ended = true;
-        break;
-      }
+      if (got == 0) break;
       in.next = 0;
-      in.end = static_cast<std::size_t>(got);
+      in.end = got;
     }
     any = true;
-    const char* from = in.buffer + in.next;
+    const char* from = directly ? line + kept : in.buffer + in.next;
     const std::size_t left = in.end - in.next;
-    const char* feed = static_cast<const char*>(std::memchr(from, '\n', left));
-    const std::size_t size = feed ? static_cast<std::size_t>(feed - from) : left;
+    const std::size_t size = line_length(from, left);
     const std::size_t taken = std::min(size, room - 1 - kept);
-    std::memcpy(line + kept, from, taken);
+    if (!directly) std::memcpy(line + kept, from, taken);
     kept += taken;
-    in.next += size + (feed ? 1 : 0);
-    if (feed) break;
+    in.next += std::min(size + 1, left);
+    if (directly) std::memcpy(in.buffer + in.next, from + in.next, in.end - in.next);
+    if (size < left) break;
   }
   if (any) line[kept] = '\0';
   return any;

@@ -30,9 +30,7 @@ int ngcm(num* r, const num* a, const num* b) {
 }
 
 std::size_t prime_divisors(std::span<std::uint32_t> found, const num* a, std::uint32_t bound) {
-  const auto all = primes_below_65536();
-  const auto primes =
-      all.first(static_cast<std::size_t>(std::ranges::upper_bound(all, bound) - all.begin()));
+  const auto primes = primes_up_to(bound);
   Workspace ws = engine;
   const auto rest = ws.take<std::uint32_t>(primes.size());
   limbs::remainders(rest, magnitude(a), primes, ws);

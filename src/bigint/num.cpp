@@ -24,34 +24,11 @@ void attach(num* a, Limb* limbs) {
 
 ConstLimbs magnitude(const num* a) { return limbs::strip(in_use(a)); }
 
-int rclear(num* a) {
-  if (a->len > 1) std::ranges::fill(in_use(a), Limb{0});
-  units(a) = 0;
-  a->end = IS;
-  a->sign = a->rdiv = a->used = 1;
-  a->len = a->ext = a->rem = a->shift = a->dec = a->res = a->imag = 0;
-  return 1;
-}
+void clear_limbs(num* a) { std::ranges::fill(in_use(a), Limb{0}); }
 
-int clear(num* a) {
-  a->len = 1;
-  return rclear(a);
-}
-
-int rncopy(num* dst, const num* src) {
-  if (dst == src) return 0;
-  units(dst) = src->len == 0 ? 0 : units(src);
-  if (src->len > 1) std::ranges::copy(in_use(src), places(dst, src->len).begin());
-  dst->len = src->len;
-  dst->ext = src->ext;
-  dst->sign = src->sign;
-  dst->rdiv = src->rdiv;
-  dst->rem = src->rem;
-  dst->res = src->res;
-  dst->shift = src->shift;
-  dst->dec = src->dec;
-  dst->imag = src->imag;
-  return 1;
+int copy_long(num* dst, const num* src) {
+  std::ranges::copy(in_use(src), places(dst, src->len).begin());
+  return copy_fields(dst, src);
 }
 
 int iton(num* a, int v) {

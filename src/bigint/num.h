@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "base/limb.h"
+#include "base/precision.h"
 
 namespace tivelo {
 
@@ -21,16 +22,17 @@ namespace tivelo {
 // longer runs of zero limbs, which typed zeros and shifts leave behind.
 struct num {
   Limb* limbs;
+  // Length and sign lie between fields that copying leaves alone: a copy of two neighbours at once
+  // would have to wait until what was last stored to one of them has left the processor.
   std::int32_t end = 1;   // one past the units limb; IS in every attached record
+  std::int32_t len = 0;   // limbs in use; leading ones may be zero
   std::int32_t dden = 1;  // 10^k for k digits after the point; meaningful right after a parse
-  // What clearing makes 1 ...
   std::int32_t sign = 1;  // +1 or -1; a zero may carry either
-  std::int32_t rdiv = 1;  // the divisor of the last division by a machine integer
   std::int32_t used = 0;  // 1 once the record has been cleared
-  // ... and what it makes 0. Each kind stands together, so that a few stores do it.
-  std::int32_t len = 0;    // limbs in use; leading ones may be zero
+  // What a few stores clear and copy.
+  std::int32_t rdiv = 1;   // the divisor of the last division by a machine integer
+  std::int32_t rem = 0;    // what that division left
   std::int32_t ext = 0;    // always 0
-  std::int32_t rem = 0;    // what the last division by a machine integer left
   std::int32_t shift = 0;  // scale in whole limbs; 0 in every stored value
   std::int32_t dec = 0;    // limbs after the decimal point: 0, or FF in decimal mode
   std::int32_t res = 0;    // always 0
@@ -68,15 +70,54 @@ inline bool is_short_zero(const num* a) { return a->len < 2 && units(a) == 0; }
 inline bool is_one(const num* a) { return a->len == 1 && units(a) == 1; }
 inline bool has_value(const num* a) { return !magnitude(a).empty(); }
 
-// Makes `a` the canonical zero, its limbs in use all 0, and resets every field but dden. Returns 1.
-int rclear(num* a);
+// Makes `a` the canonical zero and resets every field but dden, for a record whose len may be
+// stale: of its limbs only the units become 0. Returns 1.
+inline int clear(num* a) {
+  units(a) = 0;
+  a->end = IS;
+  a->len = 0;
+  a->sign = a->rdiv = a->used = 1;
+  a->rem = a->ext = a->shift = a->dec = a->res = a->imag = 0;
+  return 1;
+}
 
-// The same for a record whose len may be stale: of its limbs only the units become 0. Returns 1.
-int clear(num* a);
+// Zeros in the limbs of a record of two and more.
+[[gnu::noinline]] void clear_limbs(num* a);
+
+// As clear(), and all its limbs in use become 0. Returns 1. This and the copy are inline for the
+// sake of short numbers: an operation on them is little more.
+inline int rclear(num* a) {
+  if (a->len > 1) [[unlikely]]
+    clear_limbs(a);
+  return clear(a);
+}
+
+// Copies the fields that rncopy() copies, and returns 1.
+inline int copy_fields(num* dst, const num* src) {
+  dst->len = src->len;
+  dst->sign = src->sign;
+  dst->rdiv = src->rdiv;
+  dst->rem = src->rem;
+  dst->ext = src->ext;
+  dst->shift = src->shift;
+  dst->dec = src->dec;
+  dst->res = src->res;
+  dst->imag = src->imag;
+  return 1;
+}
+
+// rncopy() of two limbs and more.
+[[gnu::noinline]] int copy_long(num* dst, const num* src);
 
 // Copies value and fields (not end, dden, used) of src to dst; limbs of dst above the copied ones
 // stay. Returns 0 when both are the same record, else 1.
-int rncopy(num* dst, const num* src);
+inline int rncopy(num* dst, const num* src) {
+  if (dst == src) return 0;
+  if (src->len > 1) [[unlikely]]
+    return copy_long(dst, src);
+  units(dst) = src->len == 0 ? 0 : units(src);
+  return copy_fields(dst, src);
+}
 
 // Stores v >= 0 in limbs and len; no other field changes. Returns 0, or -3 for v < 0. Every caller
 // has a count or a remainder in hand, so that nobody need look.

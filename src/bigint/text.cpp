@@ -20,9 +20,15 @@ constexpr int kPlaces = FF * kLimbDigits;
 // Weights of the digits in a limb from the most significant; s[7 - k] is 10^k.
 constexpr std::int32_t s[kLimbDigits] = {10000000, 1000000, 100000, 10000, 1000, 100, 10, 1};
 
+// What follows a short number is looked at in pieces: nothing behind the end of the text may be.
 int count_digits(const char* text) {
+  constexpr int kShort = 16;
+  constexpr std::size_t kPiece = 4096;
   int n = 0;
-  while (is_digit(text[n])) ++n;
+  while (n < kShort && is_digit(text[n])) ++n;
+  if (n < kShort) return n;
+  for (std::size_t found = kPiece; found == kPiece; n += static_cast<int>(found))
+    found = leading_digits({text + n, strnlen(text + n, kPiece)});
   return n;
 }
 

@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "base/characters.h"
 #include "bigint/num.h"
 
 namespace tivelo {
@@ -15,6 +16,20 @@ namespace tivelo {
 // digits, so they stay as limbs. A number of more than IS limbs becomes zero, its text consumed,
 // which has been reported.
 int cton(const char* text, num* a);
+
+// Reads the one to eight digits that are a whole literal, with no blank before them and no point
+// behind, as nearly all are. Returns how many, or 0 with nothing done for anything else.
+inline int read_short(const char* text, Limb* value) {
+  Limb sum = 0;
+  int n = 0;
+  for (; is_digit(text[n]); ++n) {
+    if (n == kLimbDigits) return 0;
+    sum = sum * 10 + static_cast<Limb>(text[n] - '0');
+  }
+  if (text[n] == '.') return 0;
+  *value = sum;
+  return n;
+}
 
 // Writes the digits of |a| (with its point in decimal mode, dec = FF) and a terminating zero at
 // `out`, which has room for 8 len + 3 characters. The last limb of a decimal is left out when it is

@@ -106,11 +106,13 @@ Flow next_entry(Run& run) {
     run.block_index = again ? 0 : -1;
     if (!again) {
       run.line = run.line_area;
+      run.entry = nullptr;
       end_repeat();
     }
     return Flow::fall_on;
   }
-  run.line = run.block[run.block_index++];
+  run.entry = &run.block[run.block_index++];
+  run.line = run.entry->text;
   set_line_in_hand(run.line, nullptr);
   if (run.script_position == nullptr && !outside.batch) {
     put(*answers, "? ");
@@ -141,7 +143,7 @@ void Capture::add(const char* piece, std::size_t length) {
     return;
   }
   if (is_repeat(piece)) report(Event::repeat_in_block, {.place = piece});
-  run.block[run.block_entries++] = end;
+  run.block[run.block_entries++] = {end, nullptr, 0, false};
   std::memcpy(end, piece, length);
   end += length;
   *end++ = '\0';
@@ -227,6 +229,10 @@ int eclean(char* line) {
   bool split = false;
   const int room = line_room();
   for (int i = 0; i < room; ++i) {
+    // Long lines are long numbers.
+    for (; i + 8 <= room && is_digit(line[i]) && eight_digits(line + i); i += 8, kept += 8)
+      if (kept != i) std::memmove(line + kept, line + i, 8);
+    if (i == room) break;
     const char c = line[i];
     switch (classify(c)) {
       case Keep::as_is:

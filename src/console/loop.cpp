@@ -111,6 +111,10 @@ Flow run_pass(Run& run) {
   const Flow source = next_line(run);
   if (source == Flow::fall_on) return Flow::next;
   if (source != Flow::next) return source;
+  if (const Entry* entry = run.entry; entry != nullptr && entry->expression != nullptr) {
+    assign(run, entry->expression, {entry->named, entry->variable});
+    return Flow::next;
+  }
   const char* at = run.line;
   if (*at == '\0' && !run.script_opened) {
     if (!outside.batch) put(*answers, kHelp);
@@ -128,8 +132,11 @@ Flow run_pass(Run& run) {
   }
   Target target;
   at = parse_target(at, target);
+  const char* behind_target = at;
   const Flow flow = run_command(run, &at);
   if (flow != Flow::fall_on) return flow;
+  if (run.entry != nullptr && at == behind_target && target.whole)
+    *run.entry = {run.entry->text, at, target.variable, target.named};
   assign(run, at, target);
   return Flow::next;
 }

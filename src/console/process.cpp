@@ -131,6 +131,10 @@ RunStorage lay_out_run() {
   run->script = area(sizeof incoming.text);
   run->text = area(text);
   run->line = run->line_area;
+  for (char* lines : {run->line_area, run->typed_area}) {
+    std::byte* start = reinterpret_cast<std::byte*>(lines);
+    if (line > kSmallPages) use_large_pages(start + kSmallPages, start + line);
+  }
   storage.run = run;
   return storage;
 }
@@ -187,6 +191,7 @@ Flow return_to_console(Run& run) {
   run.capturing = false;
   run.block_index = -1;
   run.line = run.line_area;
+  run.entry = nullptr;
   run.script_position = nullptr;
   end_messages();
   return Flow::next;

@@ -19,6 +19,15 @@ struct Outside {
 };
 inline Outside outside;
 
+// A line of the stored block, and what its first pass found it to be: nothing that could be known
+// beforehand, or an expression for a whole variable.
+struct Entry {
+  char* text;
+  const char* expression;  // in the text; null: nothing is known
+  int variable;
+  bool named;  // the target is
+};
+
 struct Run {
   bool nested = false;
 
@@ -31,6 +40,7 @@ struct Run {
   // The line in hand: the line area, or an entry of the block that runs.
   char* line_area = nullptr;  // ISS x 8 bytes
   char* line = nullptr;
+  Entry* entry = nullptr;       // ... that entry; null: the line area
   char* typed_area = nullptr;   // as large, and a zero: the line before it was cleaned
   const char* typed = nullptr;  // there, while the line is not of a block and messages are read
   int word_length = 0;          // letters behind the '#' of the typed line; 0: there are none
@@ -39,7 +49,7 @@ struct Run {
 
   // The stored block: entries one after another in the block area, each with its zero.
   char* block_area = nullptr;  // ISS x 8 bytes
-  char* block[kBlockEntries];
+  Entry block[kBlockEntries];
   int block_entries = 0;
   int block_index = -1;  // entry to run next; -1: no block is running
   int repeat_count = 0;  // passes of the block still to run

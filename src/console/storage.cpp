@@ -15,6 +15,8 @@ namespace tivelo {
 
 namespace {
 
+constexpr std::size_t kLargePage = std::size_t{2} << 20;
+
 std::size_t round_to_pages(std::size_t size) {
   const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   return (size + page - 1) / page * page;
@@ -35,6 +37,15 @@ void release(Region& region) {
   region = {};
 }
 
+void use_large_pages([[maybe_unused]] std::byte* from, [[maybe_unused]] std::byte* to) {
+#ifdef MADV_HUGEPAGE
+  const auto up = (kLargePage - reinterpret_cast<std::uintptr_t>(from) % kLargePage) % kLargePage;
+  const auto down = reinterpret_cast<std::uintptr_t>(to) % kLargePage;
+  const auto size = static_cast<std::size_t>(to - from);
+  if (size >= up + down + kLargePage) ::madvise(from + up, size - up - down, MADV_HUGEPAGE);
+#endif
+}
+
 Region reserve_numbers() {
   const std::size_t pool = round_to_pages(pool_limbs(IS) * sizeof(Limb));
   const std::size_t workspace = engine_bytes(IS);
@@ -42,12 +53,15 @@ Region reserve_numbers() {
   if (workspace > SIZE_MAX - pool) return {nullptr, SIZE_MAX};
   Region region = reserve(pool + workspace);
   if (region.data == nullptr) return region;
-#ifdef MADV_HUGEPAGE
-  // Long products sweep the workspace again and again: huge pages save most of its first touches.
-  // The pool must not have them: every record would touch two megabytes for its first limb.
+    // Long products sweep the workspace again and again. Records must not have large pages at the
+    // end where numbers begin: every one would touch two megabytes for its first limb.
+#ifdef MADV_NOHUGEPAGE
   ::madvise(region.data, pool, MADV_NOHUGEPAGE);
-  ::madvise(region.data + pool, workspace, MADV_HUGEPAGE);
 #endif
+  const std::size_t record = static_cast<std::size_t>(IS) * sizeof(Limb);
+  for (std::size_t at = 0; record > 2 * kLargePage && at + record <= pool; at += record)
+    use_large_pages(region.data + at, region.data + at + record - kSmallPages);
+  use_large_pages(region.data + pool, region.data + pool + workspace);
   attach_pool(reinterpret_cast<Limb*>(region.data));
   engine = Workspace(region.data + pool, workspace);
   return region;

@@ -8,6 +8,7 @@
 #include "base/status.h"
 #include "eval/levels.h"
 #include "eval/operators.h"
+#include "eval/short.h"
 #include "fraction/arith.h"
 #include "fraction/stepwise.h"
 
@@ -171,6 +172,7 @@ class ResultAside {
 void evaluate_line(const char* text, numf* target) {
   grant_steps();
   begin_mark();
+  if (evaluate_short(text, target)) return;
   if (target == &Cn) {
     (void)calc(text, &spare, kLineDepth);
     exchange_result();

@@ -38,7 +38,6 @@ int read_cell_operand(const char* text, numf* target) {
 int read_literal(const char* text, numf* target) {
   int blanks = 0;
   while (text[blanks] == ' ') ++blanks;
-  mclear(target);
   const int count = ncton(text + blanks, target);
   if (target->c->dec == FF) report(Event::literal_in_decimal, {.place = text + blanks});
   return blanks + count;
@@ -50,17 +49,23 @@ int read_bracket(const char* text, numf* target, int depth) {
   return count < 0 ? count : count + 1;
 }
 
+// variable: capital
+int read_variable(const char* text, numf* target) {
+  mark_read(text[0] - 'A');
+  copy(*target, M[text[0] - 'A']);
+  return 1;
+}
+
 int read_unsigned(const char* text, numf* target, int depth) {
   const char first = text[0];
-  const char second = first == '\0' ? '\0' : text[1];
-  if (is_capital(first) && (is_capital(second) || second == '\'')) return func(text, target, depth);
+  if (is_capital(first)) {
+    const char second = text[1];
+    if (is_capital(second) || second == '\'') return func(text, target, depth);
+    if (is_digit(second) || second == '#') return read_cell_operand(text, target);
+    return read_variable(text, target);
+  }
   if (first == '(' || first == '|') return read_bracket(text, target, depth);
-  if (is_capital(first) && (is_digit(second) || second == '#'))
-    return read_cell_operand(text, target);
-  if (!is_capital(first)) return read_literal(text, target);
-  mark_read(first - 'A');
-  copy(*target, M[first - 'A']);
-  return 1;
+  return read_literal(text, target);
 }
 
 }  // namespace

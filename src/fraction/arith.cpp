@@ -213,8 +213,14 @@ int ndiv(numf* r, numf* x, numf* y) {
 }
 
 int ncton(const char* text, numf* f) {
+  mclear(f);
+  Limb value = 0;
+  if (const int n = read_short(text, &value); n > 0) {
+    set_one_limb(f->c, value);
+    f->c->dden = 1;
+    return n;
+  }
   const int n = cton(text, f->c);
-  clear(f->m);
   set_one_limb(f->m, static_cast<Limb>(f->c->dden));
   f->c->shift = 0;
   nreduct(f->c, f->m);

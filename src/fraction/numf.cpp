@@ -17,7 +17,8 @@ void wire_variables() {
   mclear(&Cn);
   for (int v = 0; v < kVariables; ++v) {
     M[v] = numf(Mc[v], Mm[v]);
-    mclear(&M[v]);
+    M[v].c->used = M[v].m->used = 1;  // 0 already, without its page being touched
+    set_one_limb(M[v].m, 1);
     cells_written[v] = 0;
     limbs_written[v] = 1;
   }
@@ -30,25 +31,8 @@ void exchange_result() {
   std::swap(Cn, spare);
 }
 
-int mclear(numf* f) {
-  rclear(f->c);
-  rclear(f->m);
-  set_one_limb(f->m, 1);
-  return 1;
-}
-
-void copy(const numf& to, const numf& from) {
-  rncopy(to.c, from.c);
-  rncopy(to.m, from.m);
-}
-
-void set_one_limb(num* a, Limb v) {
-  a->len = 1;
-  units(a) = v;
-}
-
 int gcm(int a, int b) {
-  if (b == 1) return 1;
+  if (a == 1 || b == 1) return 1;
   for (;;) {
     a %= b;
     if (a == 0) return b;

@@ -38,14 +38,25 @@ inline void note_length(int v) {
 extern numf spare;
 void exchange_result();
 
+// Sets the limbs of `a` to the one-limb value v, which a denominator may carry up to 10^8.
+inline void set_one_limb(num* a, Limb v) {
+  a->len = 1;
+  units(a) = v;
+}
+
 // f = 0/1. Returns 1.
-int mclear(numf* f);
+inline int mclear(numf* f) {
+  rclear(f->c);
+  rclear(f->m);
+  set_one_limb(f->m, 1);
+  return 1;
+}
 
 // to = from: both records.
-void copy(const numf& to, const numf& from);
-
-// Sets the limbs of `a` to the one-limb value v, which a denominator may carry up to 10^8.
-void set_one_limb(num* a, Limb v);
+inline void copy(const numf& to, const numf& from) {
+  rncopy(to.c, from.c);
+  rncopy(to.m, from.m);
+}
 
 // Greatest common divisor of a >= 0 and b >= 1 by alternating remainders.
 int gcm(int a, int b);

@@ -268,15 +268,23 @@ int Search::finish() {
   return static_cast<int>(removed_);
 }
 
-// The search of a long pair. The primes that divide a member are found beforehand, many at a time.
-// Its room on the stack is not for the short pairs, which are nearly all.
+// Can the ratio of the members, a >= b, be within the ratio shortcut? Otherwise their quotient has
+// nine digits and more.
+bool may_be_ratio(const num* a, const num* b) {
+  return magnitude(a).size() < magnitude(b).size() + 2;
+}
+
+// The search of a long pair. The primes that divide a member are found beforehand, many at a time;
+// without the ratio shortcut those of the smaller member are enough. Its room on the stack is not
+// for the short pairs, which are nearly all.
 [[gnu::noinline]] int search(num* larger, num* smaller) {
   const int bound = search_bound(larger, smaller);
   std::array<std::uint32_t, kPrimesBelow9997> in_larger, in_smaller, primes;
   Search::Room room;
   const auto prime_bound = static_cast<std::uint32_t>(bound);
-  const std::size_t n = prime_divisors(in_larger, larger, prime_bound);
   const std::size_t m = prime_divisors(in_smaller, smaller, prime_bound);
+  const std::size_t n =
+      may_be_ratio(larger, smaller) ? prime_divisors(in_larger, larger, prime_bound) : 0;
   const auto found = std::ranges::set_union(std::span(in_larger).first(n),
                                             std::span(in_smaller).first(m), primes.begin());
   if (n + m == 0) return 1;
@@ -309,7 +317,7 @@ int reduce_decimal(num* a, num* b) {
 
 }  // namespace
 
-int nreduct(num* a, num* b) {
+int reduce_pair(num* a, num* b) {
   if (a->dec == FF && b->dec == 0) return reduce_decimal(a, b);
   if (a->len == 1 && b->len == 1) {
     if (units(b) == 0) return 0;

@@ -11,7 +11,15 @@ namespace tivelo {
 // Returns 1 for that, the gcd for one-limb members (0 for a zero one-limb b), 0 where nothing is
 // to be done or the members are equal, else the product of the common factors removed by the
 // search (saturated). With ROF[0] set, pairs with a member above two limbs are left alone.
-int nreduct(num* a, num* b);
+inline int nreduct(num* a, num* b);
+
+// The same, for whatever needs more than a look.
+int reduce_pair(num* a, num* b);
+
+inline int nreduct(num* a, num* b) {
+  if (is_one(b) && a->dec == 0) return a->len == 1 ? 1 : 0;
+  return reduce_pair(a, b);
+}
 
 // Divides a and *x (>= 1) by their greatest common divisor; returns it, or 1 when *x divides a.
 int nreducti(num* a, int* x);

@@ -64,7 +64,7 @@ using Divisors = std::array<Divisor, kPrimesBelow65536>;
 const Divisors& divisors() {
   static const Divisors table = [] {
     Divisors all = {};
-    const auto primes = primes_below_65536();
+    const auto primes = primes_up_to(kCertified - 1);
     for (std::size_t i = 1; i < primes.size(); ++i) {
       const std::uint32_t p = primes[i];
       // p inverts itself modulo 8; each of Newton's steps doubles the bits.
@@ -80,7 +80,7 @@ const Divisors& divisors() {
 // Divides m, which has no prime factor before the i-th prime, by its odd prime factors up to the
 // root of what is left, and appends them to the text.
 char* strip_odd_primes(std::uint32_t& m, std::size_t i, char* out) {
-  const auto primes = primes_below_65536();
+  const auto primes = primes_up_to(kCertified - 1);
   const Divisors& table = divisors();
   for (;; ++i) {
     const auto root = static_cast<std::uint32_t>(std::sqrt(static_cast<double>(m)));
@@ -153,7 +153,7 @@ int iprime(unsigned long long n, char* out) {
   }
   // Trial division up to the square root of what is left; a rest without a factor up to its root is
   // prime.
-  const auto primes = primes_below_65536();
+  const auto primes = primes_up_to(kCertified - 1);
   out = strip_factor(n, 2, out);
   std::size_t i = 1;
   for (; n >> 32 != 0 && i < primes.size(); ++i) out = strip_factor(n, primes[i], out);

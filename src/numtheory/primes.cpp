@@ -74,10 +74,7 @@ class Sieve {
  public:
   static constexpr std::uint32_t kNumbers = 8192;
 
-  explicit Sieve(const num* first) {
-    const auto all = primes_below_65536().subspan(1);
-    const auto past = std::ranges::upper_bound(all, trial_bound(first));
-    primes_ = all.first(static_cast<std::size_t>(past - all.begin()));
+  explicit Sieve(const num* first) : primes_(primes_up_to(trial_bound(first)).subspan(1)) {
     small_remainders(std::span(rests_).first(primes_.size()), first, primes_);
     strike();
   }

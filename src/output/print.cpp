@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "base/interrupt.h"
 #include "base/precision.h"
 #include "base/report.h"
 #include "bigint/expansion.h"
@@ -17,9 +18,23 @@ namespace tivelo {
 
 namespace {
 
+constexpr std::size_t kPiece = 2048;  // groups of eight places
+
+// A long integer is written in pieces that stay in the cache.
 void put_number(Out& to, const num* a, char* text) {
-  ntoc(a, text);
-  put(to, text);
+  ConstLimbs left = in_use(a);
+  if (a->dec != 0 || left.size() <= kPiece) {
+    ntoc(a, text);
+    return put(to, text);
+  }
+  char* end = text + lltoa(left[0], text);
+  for (left = left.subspan(1); !left.empty(); end = text) {
+    poll();
+    const std::size_t count = std::min(left.size(), kPiece);
+    end = write_digits(end, left.first(count));
+    put(to, {text, static_cast<std::size_t>(end - text)});
+    left = left.subspan(count);
+  }
 }
 
 // A decimal over an integer denominator other than 1, as scaling a denominator leaves it, is shown
@@ -76,8 +91,6 @@ class Fraction {
   const Lent integer_;
   const Lent remainder_;
 };
-
-constexpr std::size_t kPiece = 2048;  // groups of eight places
 
 // The places are found many at a time: by a machine integer in pieces that stay in the cache, by a
 // long denominator all at once. An expansion that ends does so at its last place that is not zero.

@@ -1,5 +1,7 @@
 #include "eval/calc.h"
 
+#include "eval/short.h"
+#include "support/oracle.h"
 #include "support/pool_fixture.h"
 
 namespace tivelo::tests {
@@ -50,6 +52,45 @@ TEST_F(CalcTest, ExactAndDecimal) {
       1/3/1.2345 : 0.2700148508167949;  1.2345^-1 : 0.8100445524503847
       A/1.5000 : 9523809523.8095231746031746;  1/100000007/1.5000 : 0.0000000066666662
       B/.0000000000000001-B : 0)");
+}
+
+// Against calc(), to the last field; a third of the lines at least are short. The terms lie about
+// the bounds of one limb and of two, as variables also beyond what is short.
+TEST_F(CalcTest, ShortLinesAreWhatCalcMakesOfThem) {
+  const char* const kNumbers[] = {"1",     "2",        "12",       "9999",
+                                  "10000", "99999999", "12345678", "50000000"};
+  const char* const kValues[] = {"7",     "-99999999",   "99999999 99999999",
+                                 "-3 5",  "12/18",       "5/1e8",
+                                 "0",     "-4/99999999", "1.5",
+                                 "0 7",   "6/4 2",       "",
+                                 "1 2/3", "-1",          "1 2 3"};
+  Operands random(20261123);
+  int shortly = 0;
+  constexpr int kLines = 20'000;
+  for (int i = 0; i < kLines; ++i) {
+    for (int v = 0; v < 4; ++v) set(M[v], kValues[random.below(i % 2 != 0 ? 4 : 15)]);
+    std::string line;
+    for (std::uint32_t n = 1 + random.below(4); n > 0; --n) {
+      if (random.below(6) == 0) line += '-';
+      line += random.below(2) == 0 ? std::string(1, static_cast<char>('A' + random.below(4)))
+                                   : kNumbers[random.below(8)];
+      if (n > 1) line += "+-*/"[random.below(4)];
+    }
+    if (random.below(50) == 0)
+      line.insert(random.below(8) % line.size(), 1, " (.+,!A0"[random.below(8)]);
+    numf fast(junk(Mc[4]), junk(Mm[4]));
+    const std::string before = state(fast.c) + state(fast.m);
+    const bool is_short = evaluate_short(line.c_str(), &fast);
+    if (!is_short) {
+      EXPECT_EQ(state(fast.c) + state(fast.m), before) << line;
+      continue;
+    }
+    ++shortly;
+    numf slow(junk(Mc[5]), junk(Mm[5]));
+    EXPECT_EQ(calc(line.c_str(), &slow, 1), static_cast<int>(line.size()) + 1) << line;
+    EXPECT_EQ(state(fast.c) + state(fast.m), state(slow.c) + state(slow.m)) << line;
+  }
+  EXPECT_GT(shortly, kLines / 3);
 }
 
 TEST_F(CalcTest, ZeroLimbsStayAsTheWorkLeftThem) {

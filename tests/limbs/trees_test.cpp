@@ -33,7 +33,7 @@ TEST(Product, Powers) {
 // Primes and odd candidates below the bounds the callers use, and edge moduli in any order, under
 // numbers on both sides of every change of method; some are divisible by many of the moduli.
 void lists_of_moduli() {
-  const auto all = primes_below_65536();
+  const auto all = primes_up_to(65535);
   const std::vector<std::uint32_t> primes(all.begin(), all.end());
   std::vector<std::uint32_t> odd;
   for (std::uint32_t p = 3; p < 9998; p += 2) odd.push_back(p);

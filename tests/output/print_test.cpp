@@ -46,6 +46,19 @@ TEST_F(PrintTest, Rows) {
   EXPECT_EQ(text_of(799).substr(800), "85714.. \n");
 }
 
+// Integers about the length that is printed in pieces.
+TEST_F(PrintTest, LongIntegers) {
+  use_precision(3);
+  Operands operands(11);
+  for (const std::size_t n : {2047u, 2048u, 2049u, 2050u, 4096u, 4097u, 4098u, 6999u}) {
+    const Number limbs = operands.number(n);
+    set_limbs(Mc[0], limbs);
+    std::vector<char> scratch(print_scratch(IS));
+    nprint("A", scratch.data(), 16, nullptr);
+    EXPECT_EQ(printed(), "A= " + tivelo::big(limbs).get_str() + " \n");
+  }
+}
+
 TEST_F(PrintTest, ExpansionsAgreeWithGmp) {
   Operands operands(10);
   for (int round = 0; round < 300 && !HasFailure(); ++round) {
