@@ -48,7 +48,8 @@ kernels::Moduli moduli_of(const Batch& batch) {
     for (int bits = 3; bits < 32; bits *= 2) inverse *= 2 - k * inverse;
     all.k[i] = k;
     all.inverse[i] = 0 - inverse;
-    all.step[i] = (std::uint64_t{kBase} * kBase % k << 32) % k;
+    const std::uint64_t step = std::uint64_t{kBase} * kBase % k;
+    all.step[i] = (step << 32) % k;
   }
   return all;
 }
