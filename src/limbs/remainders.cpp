@@ -40,7 +40,7 @@ struct Batch {
 
 // What the kernel needs of the odd words; the places behind them are filled with the modulus 1.
 kernels::Moduli moduli_of(const Batch& batch) {
-  kernels::Moduli all;
+  kernels::Moduli all = {};
   for (std::size_t i = 0; i < kernels::kModuli; ++i) {
     const std::uint32_t k = i < batch.count ? batch.words[i].value : 1;
     // k inverts itself modulo 8; each of Newton's steps doubles the bits.
