@@ -64,7 +64,7 @@ void by_words(std::span<std::uint32_t> out, ConstLimbs a, std::span<const std::u
   };
   const auto settle_batch = [&] {
     poll();
-    alignas(64) std::uint64_t rests[kernels::kModuli];
+    alignas(64) std::uint64_t rests[kernels::kModuli] = {};
     if (batch.count >= kLeastWords) {
       kernels::target().remainders(rests, a.data(), a.size(), moduli_of(batch));
     } else {

@@ -48,7 +48,7 @@ TEST(Product, Combinations) {
 void powers_of_primes() {
   const auto all = primes_below_65536();
   Operands operands(8);
-  for (int round = 0; round < 72; ++round) {
+  for (std::uint32_t round = 0; round < 72; ++round) {
     const std::size_t count = round % 4 == 0 ? 1 : 1 + operands.below(round % 8 == 1 ? 300 : 8);
     const std::uint32_t step = 1 + operands.below(20);
     std::vector<std::uint32_t> primes, times;
