@@ -1,4 +1,4 @@
-// Common divisors by the engine's half gcds, prime divisors by its remainder tree.
+// Common divisors by the engine's half gcds; prime divisors and how often they divide.
 #include "bigint/divisors.h"
 
 #include <algorithm>

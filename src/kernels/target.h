@@ -25,6 +25,15 @@ inline constexpr std::size_t kMaxColumn = 1844;
 inline constexpr std::size_t kRowBlock = 8;
 inline constexpr std::size_t kDotLimbs = 32;
 
+// Odd moduli that remainders() covers, none above kLargestModulus, with what it needs of them.
+inline constexpr std::size_t kModuli = 64;
+inline constexpr std::uint64_t kLargestModulus = 2'100'000'000;
+struct Moduli {
+  alignas(64) std::uint64_t k[kModuli];
+  alignas(64) std::uint64_t inverse[kModuli];  // -1 / k modulo 2^32
+  alignas(64) std::uint64_t step[kModuli];     // 2^32 kBase^2 mod k
+};
+
 // Limbs that sum_limbs() takes at most: half as many pairs, and the sum of (pair x limb) stays
 // below 10^8 x 2^37 < 2^64.
 inline constexpr std::size_t kMostSummed = std::size_t{1} << 20;
@@ -94,6 +103,10 @@ struct Target {
                        std::int32_t q);
   // The sum of a[i] x b[i] for i < kDotLimbs, limbs times 32-bit numbers.
   std::uint64_t (*dot)(const std::uint32_t* a, const std::uint32_t* b);
+  // rests[i] = a number below 2^64 that leaves what a[0..n) leaves modulo the i-th of the moduli;
+  // rests is aligned to 64 bytes.
+  void (*remainders)(std::uint64_t* rests, const std::uint32_t* a, std::size_t n,
+                     const Moduli& moduli);
   // r = a + b and r = a - b over n limbs each, returning the carry or borrow out. r may be a or b.
   std::uint32_t (*add_limbs)(std::uint32_t* r, const std::uint32_t* a, const std::uint32_t* b,
                              std::size_t n);

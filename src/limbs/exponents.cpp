@@ -143,6 +143,7 @@ void exponents(std::span<std::uint32_t> out, ConstLimbs a, std::span<const std::
   const auto index = ws.take<std::uint32_t>(primes.size());
   std::size_t left = 0;
   for (std::size_t i = 0; i < primes.size(); ++i) {
+    poll();
     const std::uint32_t rest = remainder_limb(a, WordPower(primes[i]).value);
     if (rest != 0) {
       out[i] = exponent_in_word(rest, primes[i]);

@@ -81,6 +81,7 @@ std::span<std::uint64_t> sieve(std::uint32_t n, Workspace& ws) {
   const auto prime = [&](std::size_t p) { return (odd[p / 128] >> (p / 2 % 64) & 1) != 0; };
   for (std::size_t p = 3; p * p <= n; p += 2) {
     if (!prime(p)) continue;
+    poll();
     for (std::size_t i = p * p; i <= n; i += 2 * p) {
       odd[i / 128] &= ~(std::uint64_t{1} << (i / 2 % 64));
     }
@@ -131,6 +132,7 @@ ConstLimbs prime_powers(Limbs r, std::uint32_t n, std::span<const std::uint64_t>
     word *= next;
   };
   for (std::uint32_t base = 0; base <= n; base += 128) {
+    poll();
     for (std::uint64_t bits = odd[base / 128]; bits != 0; bits &= bits - 1) {
       const std::uint32_t p = base + 2 * static_cast<std::uint32_t>(std::countr_zero(bits)) + 1;
       if (p <= n) put(power(p));

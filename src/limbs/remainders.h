@@ -14,7 +14,7 @@ namespace tivelo::limbs {
 std::size_t remainders_workspace(std::size_t na, std::size_t count);
 
 // out[i] = a mod moduli[i], each modulus from 1 to 65535, in any order; out.size() ==
-// moduli.size(). Moduli of similar size stand best side by side. a has no leading zero limb.
+// moduli.size(). a has no leading zero limb.
 void remainders(std::span<std::uint32_t> out, ConstLimbs a, std::span<const std::uint32_t> moduli,
                 Workspace ws);
 

@@ -9,17 +9,17 @@
 
 namespace tivelo::limbs {
 
-// Lengths in limbs, but for the last two.
+// Lengths in limbs, but for the last three.
 inline constexpr std::size_t kNarrowProduct = 48;        // longer operand, by up to 8 in scalars
 inline constexpr std::size_t kDivideRecursion = 400;     // quotient and divisor, from rows
 inline constexpr std::size_t kDivideReciprocal = 1000;   // divisor, from recursion to reciprocals
 inline constexpr std::size_t kReciprocalDirect = 300;    // up to here by one long division
 inline constexpr std::size_t kHalfGcd = 400;             // from Lehmer's steps to half gcds
 inline constexpr std::size_t kHalfGcdSteps = 32;         // reductions by fewer limbs go by steps
-inline constexpr std::size_t kRemaindersByWords = 1024;  // longer numbers by a remainder tree
 inline constexpr std::size_t kExponentsApart = 64;       // longer numbers by a remainder tree
 inline constexpr std::size_t kModularTransform = 480;    // modulus, from columns to transforms
 inline constexpr std::size_t kBitsRecursion = 250;       // exponent, bits found by halves
+inline constexpr std::size_t kRemaindersReduced = 3000;  // moduli, numbers reduced by their product
 inline constexpr std::size_t kProductLeaf = 24;          // factors joined one by one
 inline constexpr std::size_t kFactorialSwing = 300;      // n, from falling products to swings
 

@@ -137,7 +137,7 @@ int fprime(const num* n, char* out) {
     out[-1] = '\0';
     return 0;
   }
-  const Lent product({m});
+  const Lent product({n, m});
   product_of_powers(product, found, powers);
   exact_quotient(m, product);
   *append_cofactor(out, m) = '\0';

@@ -67,6 +67,31 @@ void dots() {
 
 TEST(Target, SumsProducts) { on_every_target(dots); }
 
+// The largest moduli and others, numbers of every length and all nines.
+void many_remainders() {
+  Operands operands(45);
+  for (std::uint32_t n = 0; n < 70; ++n) {
+    const Number a = n % 3 == 0 ? Number(n, kBase - 1) : operands.any(n);
+    Moduli moduli;
+    for (std::size_t i = 0; i < kModuli; ++i) {
+      const auto most = static_cast<std::uint32_t>(kLargestModulus);
+      const std::uint32_t k = (i < 40 ? most - operands.below(50) : operands.below(most)) | 1;
+      const mpz_class modulus(std::min(k, most - 1)), word(std::uint64_t{1} << 32);
+      mpz_class inverse, step = word * kBase * kBase % modulus;
+      mpz_invert(inverse.get_mpz_t(), modulus.get_mpz_t(), word.get_mpz_t());
+      moduli.k[i] = modulus.get_ui();
+      moduli.inverse[i] = mpz_class(word - inverse).get_ui();
+      moduli.step[i] = step.get_ui();
+    }
+    alignas(64) std::uint64_t rests[kModuli];
+    target().remainders(rests, a.data(), n, moduli);
+    for (std::size_t i = 0; i < kModuli; ++i)
+      ASSERT_EQ(rests[i] % moduli.k[i], mpz_class(big(a) % moduli.k[i]).get_ui()) << n << " " << i;
+  }
+}
+
+TEST(Target, FindsManyRemainders) { on_every_target(many_remainders); }
+
 // Parts of products around the tiles: to the end exactly, from the front within the bound.
 void parts() {
   Operands operands(43);

@@ -30,6 +30,41 @@ TEST(Product, Powers) {
       EXPECT_TRUE(raises(base, n)) << text_of(base) << " " << n;
 }
 
+TEST(Product, Combinations) {
+  for (const auto& [n, k] : {std::pair{0u, 0u},
+                             {1u, 1u},
+                             {2u, 1u},
+                             {127u, 1u},
+                             {128u, 64u},
+                             {129u, 2u},
+                             {1000u, 500u},
+                             {65536u, 32768u},
+                             {99991u, 30000u}})
+    EXPECT_TRUE(chooses(n, k)) << n << " " << k;
+}
+
+// One prime and many, powers that end at a word, around its squares and far apart, in numbers that
+// have nothing else and in longer ones.
+void powers_of_primes() {
+  const auto all = primes_below_65536();
+  Operands operands(8);
+  for (std::uint32_t round = 0; round < 72; ++round) {
+    const std::size_t count = round % 4 == 0 ? 1 : 1 + operands.below(round % 8 == 1 ? 300 : 8);
+    const std::uint32_t step = 1 + operands.below(20);
+    std::vector<std::uint32_t> primes, times;
+    mpz_class rest = big(operands.number(round % 3 * (1 + operands.below(90))));
+    for (std::size_t i = 0; i < count; ++i) {
+      primes.push_back(all[i == 0 ? operands.below(4) : i * step + 4]);
+      const std::uint32_t most[] = {2, 3, 40, 65, 70, 600, 9000, 20000};
+      times.push_back(operands.below(most[operands.below(count > 8 ? 5 : 8)]));
+      mpz_remove(rest.get_mpz_t(), rest.get_mpz_t(), mpz_class(primes.back()).get_mpz_t());
+    }
+    ASSERT_TRUE(takes_apart(primes, times, rest == 0 ? mpz_class(1) : rest)) << round;
+  }
+}
+
+TEST(Exponents, OfPrimes) { on_every_target(powers_of_primes); }
+
 // Primes and odd candidates below the bounds the callers use, and edge moduli in any order, under
 // numbers on both sides of every change of method; some are divisible by many of the moduli.
 void lists_of_moduli() {

@@ -7,6 +7,7 @@
 
 #include "limbs/digits.h"
 #include "limbs/divide.h"
+#include "limbs/exponents.h"
 #include "limbs/gcd.h"
 #include "limbs/linear.h"
 #include "limbs/modular.h"
@@ -112,6 +113,32 @@ inline bool raises(const Number& base, std::uint32_t n) {
   const std::size_t room = std::max<std::size_t>(length_of(expected), 1);
   return ends_in(expected, room, power_workspace(room),
                  [&](Number& r, Workspace ws) { return power(r, base, n, ws); });
+}
+
+inline bool chooses(std::uint32_t n, std::uint32_t k) {
+  mpz_class expected;
+  mpz_bin_uiui(expected.get_mpz_t(), n, k);
+  const std::size_t room = length_of(expected);
+  return ends_in(expected, room, binomial_workspace(n, room),
+                 [&](Number& r, Workspace ws) { return binomial(r, n, k, ws); });
+}
+
+// rest times all primes[i]^times[i], none of which divides the rest: as a product, and taken apart.
+inline bool takes_apart(const std::vector<std::uint32_t>& primes,
+                        const std::vector<std::uint32_t>& times, const mpz_class& rest) {
+  mpz_class all = 1, power;
+  for (std::size_t i = 0; i < primes.size(); ++i) {
+    mpz_ui_pow_ui(power.get_mpz_t(), primes[i], times[i]);
+    all *= power;
+  }
+  const std::size_t room = length_of(all);
+  const Number a = run_of(all * rest, length_of(all * rest));
+  std::vector<std::uint32_t> found(primes.size(), 7);
+  LentWorkspace lent(exponents_workspace(a.size(), primes.size()));
+  exponents(found, a, primes, lent.workspace());
+  return found == times &&
+         ends_in(all, room, powers_workspace(room, primes.size()),
+                 [&](Number& r, Workspace ws) { return product_of_powers(r, primes, times, ws); });
 }
 
 inline bool raises_modulo(const Number& base, const Number& exponent, const Number& m) {
