@@ -19,10 +19,10 @@ constexpr std::int64_t kBase2 = std::int64_t{kBase} * kBase;
 
 bool is_one_limb(std::int64_t n) { return std::abs(n) < kBase; }
 
-// n / d, n not 0: an integer below 10^16 in magnitude, or both below 10^8.
+// n / d, at first 0, else an integer below 10^16 in magnitude, or both below 10^8.
 struct Value {
-  std::int64_t n;
-  std::int64_t d;
+  std::int64_t n = 0;
+  std::int64_t d = 1;
 
   bool is_short() const {
     const std::int64_t size = std::abs(n);
@@ -140,7 +140,6 @@ bool Reader::sum(Value* value) {
     Value next;
     if (!term(&next)) return false;
     if (minus) next.n = -next.n;
-    if (first) *value = {0, 1};
     if (!add(value, next)) return false;
   }
   return true;
