@@ -229,15 +229,15 @@ int eclean(char* line) {
   bool split = false;
   const int room = line_room();
   for (int i = 0; i < room; ++i) {
-    // Long lines are long numbers.
-    for (; i + 8 <= room && is_digit(line[i]) && eight_digits(line + i); i += 8, kept += 8)
-      if (kept != i) std::memmove(line + kept, line + i, 8);
-    if (i == room) break;
     const char c = line[i];
     switch (classify(c)) {
       case Keep::as_is:
         depth += (c == '(') - (c == ')');
         line[kept++] = c;
+        if (is_digit(c)) {  // long lines are long numbers
+          for (; i + 8 < room && eight_digits(line + i + 1); i += 8, kept += 8)
+            std::memmove(line + kept, line + i + 1, 8);
+        }
         break;
       case Keep::capital:
         line[kept++] = static_cast<char>(c - 'a' + 'A');

@@ -53,14 +53,15 @@ Region reserve_numbers() {
   if (workspace > SIZE_MAX - pool) return {nullptr, SIZE_MAX};
   Region region = reserve(pool + workspace);
   if (region.data == nullptr) return region;
-    // Long products sweep the workspace again and again. Records must not have large pages at the
-    // end where numbers begin: every one would touch two megabytes for its first limb.
 #ifdef MADV_NOHUGEPAGE
   ::madvise(region.data, pool, MADV_NOHUGEPAGE);
 #endif
+  // Long products sweep the workspace again and again. Neither end of a record has large pages: its
+  // first limb, or a cell of its variable, would touch two megabytes.
   const std::size_t record = static_cast<std::size_t>(IS) * sizeof(Limb);
-  for (std::size_t at = 0; record > 2 * kLargePage && at + record <= pool; at += record)
-    use_large_pages(region.data + at, region.data + at + record - kSmallPages);
+  for (std::byte* at = region.data; record > 2 * kLargePage && at + record <= region.data + pool;
+       at += record)
+    use_large_pages(at + kSmallPages, at + record - kSmallPages);
   use_large_pages(region.data + pool, region.data + pool + workspace);
   attach_pool(reinterpret_cast<Limb*>(region.data));
   engine = Workspace(region.data + pool, workspace);

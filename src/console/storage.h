@@ -16,12 +16,11 @@ struct Region {
 Region reserve(std::size_t size);
 void release(Region& region);
 
-// Asks for large pages for what is swept from one end of [from, to) to the other once it is used at
-// all. Its first or last bytes may be all that ever is: those in use from the start are for the
-// caller to leave out.
+// Asks for large pages for what long numbers sweep, within [from, to).
 void use_large_pages(std::byte* from, std::byte* to);
 
-// What is left out of them at the end where use begins.
+// What the caller leaves out of that where short ones begin: large pages there would be touched for
+// a few bytes.
 inline constexpr std::size_t kSmallPages = std::size_t{64} << 10;
 
 // Reserves the number pool and the engine's workspace for the precision IS and attaches them.

@@ -17,10 +17,12 @@ namespace {
 
 constexpr std::int64_t kBase2 = std::int64_t{kBase} * kBase;
 
-// n / d, n not 0: an integer below 10^16 in magnitude, or both below 10^8.
+bool is_one_limb(std::int64_t n) { return std::abs(n) < kBase; }
+
+// n / d, at first 0, else an integer below 10^16 in magnitude, or both below 10^8.
 struct Value {
-  std::int64_t n;
-  std::int64_t d;
+  std::int64_t n = 0;
+  std::int64_t d = 1;
 
   bool is_short() const {
     const std::int64_t size = std::abs(n);
@@ -52,18 +54,18 @@ bool read_variable(const numf& f, Value* value) {
 
 // The products of a term are not reduced, its sum is: whether a value stays exact hangs on that.
 bool multiply(Value* x, const Value& y) {
-  if (std::abs(x->n) >= kBase || std::abs(y.n) >= kBase) return false;
+  if (!is_one_limb(x->n) || !is_one_limb(y.n)) return false;
   *x = {x->n * y.n, x->d * y.d};
   return x->is_short();
 }
 
 bool divide(Value* x, const Value& y) {
-  if (std::abs(x->n) >= kBase || std::abs(y.n) >= kBase) return false;
+  if (!is_one_limb(x->n) || !is_one_limb(y.n)) return false;
   const std::int64_t g = std::gcd(x->n, y.n);
   const std::int64_t h = std::gcd(x->d, y.d);
   const std::int64_t sign = y.n < 0 ? -1 : 1;
   *x = {sign * (x->n / g) * (y.d / h), std::abs(y.n / g) * (x->d / h)};
-  return std::abs(x->n) < kBase && x->d < kBase;
+  return is_one_limb(x->n) && is_one_limb(x->d);
 }
 
 bool add(Value* sum, const Value& term) {
@@ -71,11 +73,12 @@ bool add(Value* sum, const Value& term) {
   std::int64_t b = term.n;
   std::int64_t l = sum->d;
   if (sum->d != term.d) {
+    if (!is_one_limb(a) || !is_one_limb(b)) return false;
     const std::int64_t g = std::gcd(sum->d, term.d);
     a *= term.d / g;
     b *= sum->d / g;
     l *= term.d / g;
-    if (std::abs(a) >= kBase || std::abs(b) >= kBase) return false;
+    if (!is_one_limb(a) || !is_one_limb(b)) return false;
   }
   *sum = {a + b, l};
   if (!sum->is_short()) return false;
@@ -137,7 +140,6 @@ bool Reader::sum(Value* value) {
     Value next;
     if (!term(&next)) return false;
     if (minus) next.n = -next.n;
-    if (first) *value = {0, 1};
     if (!add(value, next)) return false;
   }
   return true;

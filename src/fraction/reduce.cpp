@@ -274,21 +274,39 @@ bool may_be_ratio(const num* a, const num* b) {
   return magnitude(a).size() < magnitude(b).size() + 2;
 }
 
-// The search of a long pair. The primes that divide a member are found beforehand, many at a time;
-// without the ratio shortcut those of the smaller member are enough. Its room on the stack is not
-// for the short pairs, which are nearly all.
+// Limbs of the smaller member up to which the greatest common divisor costs less than its primes
+// (measured on AVX-512, November 2026).
+constexpr std::size_t kByDivisor = 200;
+
+// The primes up to `bound` of which some candidate may change something: those of either member, or
+// without the ratio shortcut the common ones, all of which are among those of the smaller member
+// and are those of the greatest common divisor.
+std::size_t primes_of_pair(std::span<std::uint32_t> found, const num* larger, const num* smaller,
+                           std::uint32_t bound) {
+  if (may_be_ratio(larger, smaller)) {
+    std::array<std::uint32_t, kPrimesBelow9997> one, other;
+    const auto in_larger = std::span(one).first(prime_divisors(one, larger, bound));
+    const auto in_smaller = std::span(other).first(prime_divisors(other, smaller, bound));
+    const auto end = std::ranges::set_union(in_larger, in_smaller, found.begin()).out;
+    return static_cast<std::size_t>(end - found.begin());
+  }
+  if (bound == kShortBound || magnitude(smaller).size() > kByDivisor)
+    return prime_divisors(found, smaller, bound);
+  const Lent common({larger, smaller});
+  ngcm(common, larger, smaller);
+  return is_one(common) ? 0 : prime_divisors(found, common, bound);
+}
+
+// The search of a long pair. The primes that matter are found beforehand, many at a time. Its room
+// on the stack is not for the short pairs, which are nearly all.
 [[gnu::noinline]] int search(num* larger, num* smaller) {
   const int bound = search_bound(larger, smaller);
-  std::array<std::uint32_t, kPrimesBelow9997> in_larger, in_smaller, primes;
+  std::array<std::uint32_t, kPrimesBelow9997> primes;
+  const std::size_t count =
+      primes_of_pair(primes, larger, smaller, static_cast<std::uint32_t>(bound));
+  if (count == 0) return 1;
   Search::Room room;
-  const auto prime_bound = static_cast<std::uint32_t>(bound);
-  const std::size_t m = prime_divisors(in_smaller, smaller, prime_bound);
-  const std::size_t n =
-      may_be_ratio(larger, smaller) ? prime_divisors(in_larger, larger, prime_bound) : 0;
-  const auto found = std::ranges::set_union(std::span(in_larger).first(n),
-                                            std::span(in_smaller).first(m), primes.begin());
-  if (n + m == 0) return 1;
-  Search state(larger, smaller, {primes.begin(), found.out}, room);
+  Search state(larger, smaller, std::span(primes).first(count), room);
   for (int p = state.next(1); p <= bound; p = state.next(p))
     if (is_candidate(p) && state.try_candidate(p)) break;
   return state.finish();

@@ -46,7 +46,7 @@ TEST(Product, Combinations) {
 // One prime and many, powers that end at a word, around its squares and far apart, in numbers that
 // have nothing else and in longer ones.
 void powers_of_primes() {
-  const auto all = primes_below_65536();
+  const auto all = primes_up_to(65535);
   Operands operands(8);
   for (std::uint32_t round = 0; round < 72; ++round) {
     const std::size_t count = round % 4 == 0 ? 1 : 1 + operands.below(round % 8 == 1 ? 300 : 8);
