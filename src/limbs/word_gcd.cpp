@@ -169,12 +169,12 @@ void take_multiple(Words& x, const Words& y) {
   std::size_t skip = 0;
   if (apart >= 32) {
     // As many whole words as leave a quotient of one word, which is not zero.
-    const int left = static_cast<int>((apart - 32) % kWordBits);
+    const std::size_t left = (apart - 32) % kWordBits;
     skip = (apart - 32) / kWordBits;
-    if (std::bit_width(q) + left <= static_cast<int>(kWordBits)) {
+    if (static_cast<std::size_t>(std::bit_width(q)) + left <= kWordBits) {
       q <<= left;
     } else {
-      q >>= static_cast<int>(kWordBits) - left;
+      q >>= kWordBits - left;
       ++skip;
     }
   } else {
