@@ -1,5 +1,5 @@
 // The greatest common divisor of two runs of limbs, whatever their lengths: the choice between half
-// gcds (half_gcd.h), steps of Lehmer's method (lehmer.h) and plain divisions is made here.
+// gcds (half_gcd.h), words (word_gcd.h) and plain divisions is made here.
 #pragma once
 
 #include "base/limb.h"

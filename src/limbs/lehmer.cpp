@@ -1,5 +1,5 @@
-// Finding a step takes the leading 63 bits of both numbers, which are a little too small; collect()
-// says why the step is right all the same. Applying it is one pass over both numbers.
+// Finding a step takes the leading 63 bits of both numbers, which are a little too small;
+// lehmer_step() says why the step is right all the same. Applying it is one pass over both numbers.
 #include "limbs/lehmer.h"
 
 #include <bit>
@@ -30,15 +30,40 @@ std::pair<std::int64_t, std::int64_t> leading(ConstLimbs x, ConstLimbs y) {
   return {static_cast<std::int64_t>(high >> shift), static_cast<std::int64_t>(low >> shift)};
 }
 
-// Euclid's algorithm on x and y, each up to 1 below the true value in its unit. The true results
-// differ from x and y by less than an entry, so while both stay at 2^32 the true ones are positive,
-// whether or not the quotients are those of the true numbers.
-LehmerStep collect(std::int64_t x, std::int64_t y) {
+// Both numbers at once, in place. A column is below 2 x 2^31 x 10^8 in size, kLift (kBase - 1) more
+// makes it positive: it gets kLift more from the column behind it than it is owed, which costs the
+// carry no time.
+void apply_columns(const LehmerStep& m, Limbs x, Limbs y) {
+  assert(x.size() == y.size());
+  constexpr std::int64_t kLift = std::int64_t{1} << 33;
+  const auto settle = [](std::int64_t column, std::uint64_t& carry) {
+    const auto t = static_cast<std::uint64_t>(column + kLift * (kBase - 1)) + carry;
+    carry = t / kBase;
+    return static_cast<Limb>(t % kBase);
+  };
+  std::uint64_t carry_x = kLift;
+  std::uint64_t carry_y = kLift;
+  for (std::size_t i = x.size(); i-- > 0;) {
+    const std::int64_t u = x[i];
+    const std::int64_t v = y[i];
+    x[i] = settle(m.a * u + m.b * v, carry_x);
+    y[i] = settle(m.c * u + m.d * v, carry_y);
+  }
+  assert(carry_x == kLift && carry_y == kLift);
+}
+
+}  // namespace
+
+// Euclid's algorithm on x and y. The true results differ from x and y by less than an entry, or 3/2
+// times two entries, so while both stay at twice as much the true ones are positive, whether or not
+// the quotients are those of the true numbers.
+LehmerStep lehmer_step(std::int64_t x, std::int64_t y, int slack) {
+  const std::int64_t least = 2 * slack * kEntryLimit;
   LehmerStep m;
-  while (y >= 2 * kEntryLimit) {
+  while (y >= least) {
     const std::int64_t q = x / y;
     const std::int64_t rest = x - q * y;
-    if (q >= kEntryLimit || rest < 2 * kEntryLimit) break;
+    if (q >= kEntryLimit || rest < least) break;
     const std::int64_t c = m.a - q * m.c;
     const std::int64_t d = m.b - q * m.d;
     if (std::max(std::abs(c), std::abs(d)) >= kEntryLimit) break;
@@ -48,33 +73,10 @@ LehmerStep collect(std::int64_t x, std::int64_t y) {
   return m;
 }
 
-// Both numbers at once, in place. A column is below 2 x 2^31 x 10^8 in size, its carry below
-// 2^33: lifting it by kBase x 2^33 makes it positive.
-void apply_columns(const LehmerStep& m, Limbs x, Limbs y) {
-  assert(x.size() == y.size());
-  constexpr std::int64_t kLift = std::int64_t{1} << 33;
-  const auto settle = [](std::int64_t column, std::int64_t& carry) {
-    const auto t = static_cast<std::uint64_t>(column + carry + kLift * kBase);
-    carry = static_cast<std::int64_t>(t / kBase) - kLift;
-    return static_cast<Limb>(t % kBase);
-  };
-  std::int64_t carry_x = 0;
-  std::int64_t carry_y = 0;
-  for (std::size_t i = x.size(); i-- > 0;) {
-    const std::int64_t u = x[i];
-    const std::int64_t v = y[i];
-    x[i] = settle(m.a * u + m.b * v, carry_x);
-    y[i] = settle(m.c * u + m.d * v, carry_y);
-  }
-  assert(carry_x == 0 && carry_y == 0);
-}
-
-}  // namespace
-
 LehmerStep lehmer_step(ConstLimbs x, ConstLimbs y) {
   if (x.size() - y.size() > 1) return {};
   const auto [high, low] = leading(x, y);
-  return collect(high, low);
+  return lehmer_step(high, low);
 }
 
 void apply(const LehmerStep& step, Resizable& x, Resizable& y) {

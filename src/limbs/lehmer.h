@@ -36,6 +36,10 @@ struct LehmerStep {
 // least x / 2^33; trivial where the first quotient is too large. x has three limbs at least.
 LehmerStep lehmer_step(ConstLimbs x, ConstLimbs y);
 
+// The same for leading bits x >= y of two long numbers, of at most 63 bits each. They are at most 1
+// below the true ones in their unit if `slack` is 1, less than 3/2 off if it is 2.
+LehmerStep lehmer_step(std::int64_t x, std::int64_t y, int slack = 1);
+
 // Both numbers replaced by those of a step found for them; x.size >= y.size, room for x.size limbs
 // in y.
 void apply(const LehmerStep& step, Resizable& x, Resizable& y);

@@ -38,6 +38,11 @@ TEST(Gcd, AgainstOracle) {
     }
     ASSERT_NO_FATAL_FAILURE(expect_gcd(times(x, {1}), times(y, {1})));
   }
+  // A second quotient of every length in bits.
+  for (unsigned bits = 1; bits < 300; ++bits) {
+    const mpz_class d = big(operands.number(12)), b = (d << bits) + big(operands.any(11));
+    ASSERT_NO_FATAL_FAILURE(expect_gcd(times(b + d, {1}), times(b, {1})));
+  }
   mpz_class high;
   mpz_class low;
   for (unsigned n = 1; n < 90000; n += n / 8 + 1) {
