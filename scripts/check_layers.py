@@ -17,7 +17,7 @@ RANK = {room: rank for rank, rooms in enumerate(LAYERS) for room in rooms}
 TARGETS_MAY_KNOW = {"base/attend.h", "base/radix.h"}
 # What its headers and bodies may take from the system, for the same reason; the intrinsics are
 # always inlined.
-TARGETS_SYSTEM = {"arm_neon.h", "cstddef", "cstdint", "immintrin.h"}
+TARGETS_SYSTEM = {"arm_neon.h", "cstddef", "cstdint", "emmintrin.h", "immintrin.h"}
 
 # Units (a header and its source are one) that need each other, and why they may.
 KNOTS = {

@@ -1,4 +1,8 @@
 // The target for any 64-bit processor. See target.h for what may be included here.
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include <cstddef>
 #include <cstdint>
 

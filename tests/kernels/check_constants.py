@@ -62,6 +62,8 @@ ratio = 64 * p * Fraction(51, 100)
 error = ratio * ((1 + Fraction(1, 2**53)) ** 3 - 1)
 check("the quotient of multiply_mod is off by less than 3/4", error + Fraction(1, 2) < Fraction(3, 4))
 check("the quotient is below 2^51", ratio < 2**51)
+check("primes k 2^26 + 1, k < 2^32, and 3/4 p below 2^47",
+      all(f % 2**26 == 1 and f < min(2**58, 2**47 * Fraction(4, 3)) for f in primes))
 check("the rest before its correction is below 2^53",
       Fraction(3, 4) * p + 64 * p * Fraction(51, 100) * p / 2**53 < 2**53)
 check("forward values: 7.6 + 3/4 for each level within 64",
