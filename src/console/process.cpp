@@ -234,7 +234,9 @@ Flow run_nested(const char* name, Nesting& nesting) {
   start_script(*storage.run);
   ++nesting.depth;
   const Run* outer = watch_run(storage.run);
+  const char* line = line_in_hand();
   const Flow flow = run_lines(*storage.run, nesting);
+  set_line_in_hand(line, nullptr);  // the last one goes with its areas
   watch_run(outer);
   --nesting.depth;
   release(storage.region);
