@@ -24,10 +24,7 @@ struct Numbers : tests::Pool {
       keep(v++);
     }
   }
-  static void keep(int v) {
-    rncopy(Mc[v], Cn.c);
-    rncopy(Mm[v], Cn.m);
-  }
+  static void keep(int v) { copy(changing(v), Cn); }
 };
 
 struct Result {

@@ -43,7 +43,10 @@ using State = std::array<Variable, kVariables>;
 
 State now() {
   State state;
-  for (std::size_t v = 0; v < kVariables; ++v) state[v] = {record(Mc[v]), record(Mm[v])};
+  for (int v = 0; v < kVariables; ++v) {
+    const numf& variable = changing(v);
+    state[static_cast<std::size_t>(v)] = {record(variable.c), record(variable.m)};
+  }
   return state;
 }
 

@@ -31,7 +31,7 @@ constexpr const char* kDefaultPrintFile = "save.txt";
 // "C." X: the integer part.
 Flow truncate(Run&, const char** at) {
   if (!is_capital(**at)) return Flow::next;
-  const numf& value = M[**at - 'A'];
+  const numf& value = changing(**at - 'A');
   value.c->ext = 0;
   if (is_short_zero(value.c) || is_short_zero(value.m)) return Flow::next;
   if (value.c->dec == FF) report(Event::decimal_not_truncated, {.place = *at, .name = {*at, 1}});
@@ -48,7 +48,7 @@ Flow truncate(Run&, const char** at) {
 Flow scale(Run&, const char** at) {
   if (!is_capital(**at)) return Flow::next;
   const int v = *(*at)++ - 'A';
-  const numf& value = M[v];
+  const numf& value = changing(v);
   num* scaled = value.c;
   if (**at == '-') {
     scaled = value.m;
@@ -74,7 +74,7 @@ void store_input(const char* line, int v, int k) {
   evaluate_line(line, &value);
   place_in_hand = nullptr;
   if (k < 0) {
-    copy(M[v], value);
+    copy(changing(v), value);
     note_length(v);
     mark_input(v, false);
   } else if (cell_is_free(v, k)) {

@@ -67,7 +67,7 @@ void store_cell(const Target& target) {
 
 void store_variable(int variable) {
   num* c = M[variable].c;
-  copy(M[variable], Cn);
+  copy(changing(variable), Cn);
   if (c->len == 0 && (c->ext > 0 || c->rem == 0)) c->len = 1;
   note_length(variable);
   mark_variable(variable);

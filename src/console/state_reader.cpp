@@ -83,7 +83,7 @@ class Reader {
 
   // Of the variables as they will be, the last one of them being the current result.
   num* numerator_of() const { return owner_ < kVariables ? M[owner_].c : Cn.c; }
-  num* denominator_of() const { return owner_ < kVariables ? M[owner_].m : Cn.m; }
+  num* denominator_of() const { return owner_ < kVariables ? changing(owner_).m : Cn.m; }
 
   std::string_view lines_;
   std::string_view left_;
@@ -265,7 +265,8 @@ bool Reader::take_rest(std::string_view digits) {
 void clear_state() {
   mclear(&Cn);
   for (int v = 0; v < kVariables; ++v) {
-    mclear(&M[v]);
+    rclear(M[v].c);
+    M[v].m = &shared_one;
     const num* c = M[v].c;
     std::fill_n(c->limbs, std::min(cells_written[v] * NN, c->end), Limb{0});
     std::fill_n(c->limbs + (c->end - limbs_written[v]), limbs_written[v], Limb{0});

@@ -10,19 +10,33 @@ namespace tivelo {
 numf M[kVariables];
 numf Cn;
 numf spare;
+num shared_one;
+
+namespace {
+
+Limb one = 1;
+
+}  // namespace
 
 void wire_variables() {
   Cn = numf(Zc[0], Zm[0]);
   spare = numf(Sc, Sm);
   mclear(&Cn);
+  shared_one.limbs = &one;
+  shared_one.len = shared_one.used = 1;
   for (int v = 0; v < kVariables; ++v) {
-    M[v] = numf(Mc[v], Mm[v]);
-    M[v].c->used = M[v].m->used = 1;  // 0 already, without its page being touched
-    set_one_limb(M[v].m, 1);
+    M[v] = numf(Mc[v], &shared_one);
+    M[v].c->used = 1;  // 0 already, without its page being touched
     cells_written[v] = 0;
     limbs_written[v] = 1;
   }
   clear_marks();
+}
+
+void give_denominator(int v) {
+  M[v].m = Mm[v];
+  rclear(M[v].m);
+  set_one_limb(M[v].m, 1);
 }
 
 void exchange_result() {

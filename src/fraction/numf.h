@@ -21,6 +21,20 @@ extern numf M[kVariables];
 extern numf Cn;
 void wire_variables();
 
+// The denominator 1 that variables share until they are first written to, and that nobody changes:
+// with limbs of their own, a start would touch 26 pages for it.
+extern num shared_one;
+
+// Gives variable v a denominator of its own, 1.
+void give_denominator(int v);
+
+// Variable v, which is going to be changed. To be read, M[v] will do.
+inline numf& changing(int v) {
+  if (M[v].m == &shared_one) [[unlikely]]
+    give_denominator(v);
+  return M[v];
+}
+
 // How far the numerator array of each variable has been written, since the start or since a state
 // was loaded: up to which cell, from its front, and up to which limb, from its units. What lies
 // between is zero.

@@ -25,7 +25,7 @@ void count_down() {
 std::size_t state() {
   std::string all;
   for (int v = 0; v < kVariables; ++v) {
-    for (const num* a : {Mc[v], Mm[v]}) {
+    for (const num* a : {M[v].c, M[v].m}) {
       const int fields[] = {a->sign, a->len, a->dec, a->imag};
       all.append(reinterpret_cast<const char*>(fields), sizeof fields);
       const ConstLimbs limbs = in_use(a);

@@ -68,7 +68,7 @@ TEST_F(CalcTest, ShortLinesAreWhatCalcMakesOfThem) {
   int shortly = 0;
   constexpr int kLines = 20'000;
   for (int i = 0; i < kLines; ++i) {
-    for (int v = 0; v < 4; ++v) set(M[v], kValues[random.below(i % 2 != 0 ? 4 : 15)]);
+    for (int v = 0; v < 4; ++v) set(changing(v), kValues[random.below(i % 2 != 0 ? 4 : 15)]);
     std::string line;
     for (std::uint32_t n = 1 + random.below(4); n > 0; --n) {
       if (random.below(6) == 0) line += '-';

@@ -15,7 +15,7 @@ namespace tivelo::tests {
 
 num* set(num* a, const std::string& text);  // leaves junk above the number, and in dden
 numf set(numf f, const std::string& text);
-inline numf set(char letter, const std::string& text) { return set(M[letter - 'A'], text); }
+inline numf set(char letter, const std::string& text) { return set(changing(letter - 'A'), text); }
 num* junk(num* a);  // in every limb and field: a result that nothing may rely on
 
 std::string raw(const num* a);     // as set() reads it
