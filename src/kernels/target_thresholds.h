@@ -1,6 +1,6 @@
 // From which lengths on the transform is faster than the columns: one row for each target. Where
 // the rest of the engine changes its methods stands in limbs/thresholds.h. Measured on an AMD EPYC
-// (Zen 5, 2 cores), g++ 12 -O3, 2026-11-22; to measure again:
+// (Zen 5, 2 cores), g++ 12 -O3, 2026-11-23; to measure again:
 //   cmake --preset bench && cmake --build --preset bench && build/bench/bench/thresholds
 #pragma once
 
@@ -15,10 +15,10 @@ struct Thresholds {
   std::size_t square;
 };
 
-inline constexpr Thresholds kAvx512Thresholds = {300, 250, 250};
-inline constexpr Thresholds kAvx2Thresholds = {300, 220, 330};
+inline constexpr Thresholds kAvx512Thresholds = {320, 230, 560};
+inline constexpr Thresholds kAvx2Thresholds = {300, 220, 520};
 // By instructions, counted under qemu 7.2.
 inline constexpr Thresholds kNeonThresholds = {390, 220, 490};
-inline constexpr Thresholds kPortableThresholds = {360, 240, 480};
+inline constexpr Thresholds kPortableThresholds = {460, 330, 720};
 
 }  // namespace tivelo::kernels

@@ -105,6 +105,7 @@ void multiply(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
 
 void square(Limbs r, ConstLimbs a, Workspace ws) {
   assert(r.size() == 2 * a.size() && !a.empty());
+  if (a.size() <= std::size(kNarrow)) return kNarrow[a.size() - 1](r, a, a);
   const Target& t = kernels::target();
   if (a.size() < t.thresholds.square) {
     return t.square_columns(r.data(), a.data(), a.size());

@@ -86,6 +86,9 @@ check("floor(x 1e-8) is exact below 2^52",
 check("what a pair hands to the left is below 2^25", 2**51 // BASE < 2**25)
 
 column = numbers(target, "kMaxColumn")[0]
+lowered = (Fraction(1, BASE) - Fraction(1e-8 * (1 - 2**-51))) * BASE
+check("the factor of split_sums() is too small by 2^-51 to 2^-50 of it",
+      Fraction(1, 2**51) < lowered < Fraction(1, 2**50))
 check("kMaxColumn: the most products of limbs in 64 bits",
       column * BASE**2 < 2**64 <= (column + 1) * BASE**2)
 

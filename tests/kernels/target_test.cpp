@@ -92,10 +92,10 @@ void many_remainders() {
 
 TEST(Target, FindsManyRemainders) { on_every_target(many_remainders); }
 
-// Parts of products around the tiles: to the end exactly, from the front within the bound.
+// Parts of products around vectors and chunks: to the end exactly, from the front within the bound.
 void parts() {
   Operands operands(43);
-  for (const std::uint32_t nb : {1u, 2u, 17u, 64u, 65u, 130u, 300u}) {
+  for (const std::uint32_t nb : {1u, 2u, 17u, 64u, 65u, 300u, 1100u}) {
     for (int round = 0; round < 60; ++round) {
       const Number a = round < 4 ? Number(nb, kBase - 1) : operands.any(1 + operands.below(nb));
       const Number b = round < 4 ? a : operands.any(nb);

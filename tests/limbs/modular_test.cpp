@@ -8,7 +8,7 @@ void expect_power(const Number& base, const Number& exponent, const Number& m) {
       << text_of(base) << " ^ " << text_of(exponent) << " mod " << text_of(m);
 }
 
-// Every length up to the second tile, moduli next to powers of the base, even and odd; bases that
+// Every length up to several vectors, moduli next to powers of the base, even and odd; bases that
 // are 0, 1, next to the modulus and far above it; exponents from 0 on.
 void powers() {
   Operands operands(71);

@@ -154,6 +154,9 @@ TEST_P(Multiply, LargestOperands) {
     Number moved(n + m);
     std::copy(a.begin(), a.end(), moved.begin() + 1);
     ASSERT_EQ(product_of(a, power), moved);
+    Number thirds(n, 33333333), power_and_two(n + 1);  // three times this is a carry that runs on
+    thirds[n - 1] = 33333334, power_and_two[0] = 1, power_and_two[n] += 2;
+    ASSERT_EQ(by_columns(thirds, {3}), power_and_two);
     if (HasFatalFailure()) return;
   }
 }
