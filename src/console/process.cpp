@@ -211,7 +211,7 @@ Flow run_lines(Run& run, Nesting& nesting) {
 }
 
 // Runs the script file `name` on the same variables. Flow::next when its script is used up, could
-// not be opened or was refused (each reported), quit when it ended the process.
+// not be opened or was refused (each reported), else how it ended: quit or interrupted.
 Flow run_nested(const char* name, Nesting& nesting) {
   if (nesting.depth >= kNestedRuns) {
     report(Event::scripts_too_deep, {.held = kNestedRuns, .name = name});
