@@ -234,6 +234,7 @@ Flow run_nested(const char* name, Nesting& nesting) {
   start_script(*storage.run);
   ++nesting.depth;
   const Run* outer = watch_run(storage.run);
+  storage.run->line_began = outer->line_began;  // until it has a line of its own
   const char* line = line_in_hand();
   const Flow flow = run_lines(*storage.run, nesting);
   set_line_in_hand(line, nullptr);  // the last one goes with its areas
