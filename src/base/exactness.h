@@ -25,7 +25,7 @@ void mark_result();
 void mark_variable(int v);
 void mark_cell(int v);
 
-// The line's value becomes variable v, or a cell of it, past the current result.
+// The line's value becomes variable v, or a cell of it, and not the current result.
 void mark_input(int v, bool cell);
 
 // The same for several variables that are made of the same line at once.

@@ -28,7 +28,7 @@ struct Refused {};
 // How far a long operation is, where it knows: of so many factors, products or divisions.
 struct Progress {
   long long done = 0;
-  long long all = 0;  // 0: it does not
+  long long all = 0;  // 0: not known
 };
 inline Progress progress;
 

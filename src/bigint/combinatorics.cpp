@@ -1,5 +1,5 @@
 // The product of falling factors: its size is estimated first, then trees of the engine form it.
-// Combinations come from the primes below n, or are that product over a factorial.
+// Combinations come from the primes up to n, or are that product over a factorial.
 #include "bigint/combinatorics.h"
 
 #include <algorithm>
@@ -99,9 +99,6 @@ Chain chain_of(ConstLimbs n, int k, Workspace& ws) {
   return {times(before, factor, ws), before.size() + factor.size()};
 }
 
-// Up to this many times k the primes below n are found and multiplied sooner than the factors.
-constexpr int kSieveRatio = 64;
-
 // n = n (n-1) ... (n-k+1) for k >= 2.
 void falling_factorial(num* n, int k) {
   const ConstLimbs digits = magnitude(n);
@@ -134,8 +131,12 @@ constexpr int kManyThings = 999999;
 
 int things(const num* n) { return n->len > 1 ? kManyThings : static_cast<int>(units(n)); }
 
-// Do the k factors below a one-limb n, k of at most n / 2, certainly fit the record? Their product
-// without the last has then two limbs less.
+// For n below this many times k the powers of primes in n over k are found and multiplied sooner
+// than the k factors.
+constexpr int kSieveRatio = 64;
+
+// Do the k factors of a one-limb n, k of at most n / 2, certainly fit the record? They do where all
+// but the last leave two limbs of it free.
 bool factors_fit(const num* n, int k) {
   const long double held = kLimbDigits * static_cast<long double>(IS - 2);
   return digits_but_last(in_use(n), k) < held - 1;

@@ -15,7 +15,8 @@ void factorial(num* n);
 // 999999 in that comparison.
 void permutations(num* n, int k);
 
-// n = n! / (k! (n-k)!), of which the shorter product is taken where n has fewer than four limbs.
+// n = n (n-1) ... (n-k+1) / k!. Of an n of fewer than four limbs a k above one half counts as n -
+// k, where n is 999999 as above from two limbs on.
 void combinations(num* n, int k);
 
 // Bytes of workspace that these take at most on numbers of n limbs.

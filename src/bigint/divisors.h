@@ -1,5 +1,4 @@
-// Common divisors and small prime factors. Numbers of any length; what divides them by machine
-// integers is here, what divides them by one another is in muldiv.h.
+// Common divisors and small prime factors of numbers of any length. Divisions are in muldiv.h.
 #pragma once
 
 #include <span>

@@ -15,9 +15,8 @@ namespace tivelo {
 void powm(num* r, const num* x, const num* y, const num* z);
 
 // x = q y + r with 0 <= r < |y| for y != 0. q and r may be operands, but not the same record. May
-// be broken off before they change. Returns 1, or -6 with both unchanged where a quotient away from
-// zero needs more than the record has, which has been reported.
-[[nodiscard]] int quotient_and_remainder(num* q, num* r, const num* x, const num* y);
+// be broken off before they change.
+void quotient_and_remainder(num* q, num* r, const num* x, const num* y);
 
 // The tests of limbs/probable_prime.h, for an odd n > 10^8.
 bool strong_probable_prime(const num* n);

@@ -26,7 +26,7 @@ extern num* Zm[kLevels];
 extern num *Sc, *Sm;
 
 // The deepest borrowing is an answer to "I." whose power is multiplied up step by step: the answer,
-// the value before the step and before its product, the common factor of a reduction; 9 in all.
+// the value before the step and before its product, what a long denominator leaves; 7 in all.
 inline constexpr int kScratch = 16;
 extern num scratch[kScratch];
 extern int lent;  // how many of them are

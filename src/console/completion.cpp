@@ -10,13 +10,14 @@
 
 #include "base/characters.h"
 #include "console/commands.h"
+#include "console/own_commands.h"
 #include "eval/builtins.h"
 
 namespace tivelo {
 
 namespace {
 
-constexpr std::string_view kFileMarks[] = {"L:", "LC:", "WC:", "#FW:", "#FR:"};
+constexpr std::string_view kFileMarks[] = {"L:", "LC:", "WC:", "#FW:", "#FR:", "#SAVE:", "#LOAD:"};
 
 bool is_small(char c) { return c >= 'a' && c <= 'z'; }
 bool is_letter(char c) { return is_small(c) || is_capital(c); }
@@ -115,6 +116,8 @@ void complete(std::string_view before, Completion& found) {
     found.typed = word.size();
     if (mark && before.find_first_not_of(' ') == start) {
       for (std::size_t i = 0; !command_mark(i).empty(); ++i) add_word(found, word, command_mark(i));
+      for (std::size_t i = 0; !own_command_word(i).empty(); ++i)
+        add_word(found, word, own_command_word(i));
     } else if (!mark && !word.empty()) {
       for (std::size_t i = 0; !builtin_name(i).empty(); ++i) add_word(found, word, builtin_name(i));
     }

@@ -6,7 +6,7 @@
 
 namespace tivelo {
 
-// One thing of the language. A row of a command is found with and without its '#' and its point.
+// One thing of the language. A row of a command is found with and without its '#'.
 struct Help {
   std::string_view word;
   const char* syntax;

@@ -7,7 +7,8 @@
 namespace tivelo {
 
 // Takes one line and does what it says: help, a block or a repeat, a command, or an assignment.
-// Flow::next when the run goes on, used_up or quit when it has ended.
+// Flow::next when the run goes on, script when run.script_name is to be run first, interrupted when
+// a wait for a line was broken off, used_up or quit when the run has ended.
 Flow run_pass(Run& run);
 
 }  // namespace tivelo

@@ -78,7 +78,8 @@ Flow divide_command(Run&, const char** at) {
     return Flow::next;
   } else if (!has_value(y)) {
     report(Event::divisor_is_zero, {.place = *at});
-  } else if (quotient_and_remainder(x, y, x, y) > 0) {
+  } else {
+    quotient_and_remainder(x, y, x, y);
     finish(v);
   }
   return Flow::next;

@@ -4,7 +4,6 @@
 #include <cstring>
 #include <ctime>
 #include <iterator>
-#include <string_view>
 
 #include "base/characters.h"
 #include "base/event_names.h"
@@ -244,6 +243,10 @@ Flow run_own_command(Run& run, const char** at) {
     return command.run(run, at);
   }
   return Flow::fall_on;
+}
+
+std::string_view own_command_word(std::size_t i) {
+  return i < std::size(kOwnCommands) ? kOwnCommands[i].help.word : std::string_view();
 }
 
 double processor_time() {

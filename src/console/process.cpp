@@ -211,7 +211,7 @@ Flow run_lines(Run& run, Nesting& nesting) {
 }
 
 // Runs the script file `name` on the same variables. Flow::next when its script is used up, could
-// not be opened or was refused (each reported), quit when it ended the process.
+// not be opened or was refused (each reported), else how it ended: quit or interrupted.
 Flow run_nested(const char* name, Nesting& nesting) {
   if (nesting.depth >= kNestedRuns) {
     report(Event::scripts_too_deep, {.held = kNestedRuns, .name = name});
@@ -234,6 +234,7 @@ Flow run_nested(const char* name, Nesting& nesting) {
   start_script(*storage.run);
   ++nesting.depth;
   const Run* outer = watch_run(storage.run);
+  storage.run->line_began = outer->line_began;  // until it has a line of its own
   const char* line = line_in_hand();
   const Flow flow = run_lines(*storage.run, nesting);
   set_line_in_hand(line, nullptr);  // the last one goes with its areas

@@ -10,7 +10,7 @@ inline constexpr int kBlockEntries = 700;
 inline constexpr int kScriptBytes = 11216;
 
 // Where lines come from, apart from scripts and blocks, and how they are answered. Set once, by
-// whoever runs the calculator.
+// whoever runs the calculator, but for the clock: that is a batch's, line by line.
 struct Outside {
   In* lines = nullptr;  // those that are typed, or of the command line and its files
   In* asked = nullptr;  // answers to "I."

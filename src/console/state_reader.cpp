@@ -74,16 +74,18 @@ class Reader {
   bool take_settings();
   bool take_line(std::string_view line);
   bool take(Kind kind, Words words);
-  bool take_record(num* a, Words words);
+  bool take_record(Words words);
   bool take_mark(Kind kind, Words words);
   bool take_cells(Words words);
   bool take_cell(Words words);
   bool take_rest(std::string_view digits);
   std::string_view next_line();
 
-  // Of the variables as they will be, the last one of them being the current result.
-  num* numerator_of() const { return owner_ < kVariables ? M[owner_].c : Cn.c; }
-  num* denominator_of() const { return owner_ < kVariables ? changing(owner_).m : Cn.m; }
+  // The record that the line in hand stores.
+  num* record() const {
+    if (owner_ == kVariables) return kind_ == numerator ? Cn.c : Cn.m;
+    return kind_ == numerator ? M[owner_].c : changing(owner_).m;
+  }
 
   std::string_view lines_;
   std::string_view left_;
@@ -107,7 +109,7 @@ std::string_view Reader::next_line() {
 bool Reader::take_settings() {
   std::int32_t digit = 0;
   Words precision{next_line()};
-  if (precision.next() != "precision" || !precision.next(&digit, 0, kPrecisions)) return false;
+  if (precision.next() != "precision" || !precision.next(&digit, 0, kPrecisions - 1)) return false;
   Words display{next_line()};
   if (display.next() != "display" || !display.next(&display_, -1, 0x7fffffff)) return false;
   Words reduction{next_line()};
@@ -157,9 +159,8 @@ bool Reader::take(Kind kind, Words words) {
   if (!mark && words.left.ends_with(' ')) return false;
   switch (kind) {
     case numerator:
-      return take_record(numerator_of(), words);
     case denominator:
-      return take_record(denominator_of(), words);
+      return take_record(words);
     case cells:
       return take_cells(words);
     case cell:
@@ -171,7 +172,7 @@ bool Reader::take(Kind kind, Words words) {
   }
 }
 
-bool Reader::take_record(num* a, Words words) {
+bool Reader::take_record(Words words) {
   const std::string_view number = words.next();
   if (number.empty() || (number[0] != '+' && number[0] != '-')) return false;
   const std::string_view digits = number.substr(1);
@@ -189,9 +190,13 @@ bool Reader::take_record(num* a, Words words) {
   if (one_group) length = 1;
   if (!are_digits(digits) || (one_group ? digits != "100000000" : !words.left.empty()))
     return false;
+  // A denominator is a positive integer: all arithmetic relies on it.
+  const bool positive = number[0] == '+' && digits.find_first_not_of('0') != digits.npos;
+  if (kind_ == denominator && !(positive && values[0] == 0)) return false;
   needed_ = std::max(needed_, length);
   if (kind_ == numerator) length_ = length;
   if (!stores_) return true;
+  num* a = record();
   a->len = static_cast<int>(length);
   if (one_group) {
     units(a) = kBase;
@@ -231,8 +236,10 @@ bool Reader::take_cell(Words words) {
   std::int32_t k = 0;
   std::int32_t values[NN];
   if (!words.next(&k, last_cell_ + 1, cells_ - 1)) return false;
+  // A word is a limb or minus one, but for a low word that came from a table.
+  constexpr auto kMost = static_cast<std::int32_t>(kBase);
   for (std::int32_t& value : values)
-    if (!words.next(&value, INT32_MIN, INT32_MAX)) return false;
+    if (!words.next(&value, -kMost, &value == &values[NN - 1] ? INT32_MAX : kMost)) return false;
   if (!words.left.empty()) return false;
   last_cell_ = k;
   std::size_t end = 0;

@@ -55,19 +55,13 @@ int apply_factorial(Level& level, numf* operand, int position) {
   return position;
 }
 
-int apply_permutations(Level& level, numf* operand, int position) {
+// Permutations or combinations, whose k is digits.
+template <void (*kSelect)(num* n, int k)>
+int apply_selection(Level& level, numf* operand, int position) {
   expect_integer(*operand, level.text + position - 1);
   int k = 0;
   position = read_k(level, position, &k);
-  permutations(operand->c, k);
-  return position;
-}
-
-int apply_combinations(Level& level, numf* operand, int position) {
-  expect_integer(*operand, level.text + position - 1);
-  int k = 0;
-  position = read_k(level, position, &k);
-  combinations(operand->c, k);
+  kSelect(operand->c, k);
   return position;
 }
 
@@ -121,10 +115,14 @@ int apply_remainder(Level& level, numf* operand, int position) {
 }
 
 constexpr Operator kOperators[] = {
-    {'^', kPostfix, apply_power},        {'!', kPostfix, apply_factorial},
-    {'P', kPostfix, apply_permutations}, {'C', kPostfix, apply_combinations},
-    {'G', kInteger, apply_gcd},          {'L', kInteger, apply_lcm},
-    {'M', kInteger, apply_remainder},    {'%', kInteger, apply_remainder},
+    {'^', kPostfix, apply_power},
+    {'!', kPostfix, apply_factorial},
+    {'P', kPostfix, apply_selection<permutations>},
+    {'C', kPostfix, apply_selection<combinations>},
+    {'G', kInteger, apply_gcd},
+    {'L', kInteger, apply_lcm},
+    {'M', kInteger, apply_remainder},
+    {'%', kInteger, apply_remainder},
 };
 
 // The row of kOperators for each character, or null.

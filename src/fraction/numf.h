@@ -28,7 +28,7 @@ extern num shared_one;
 // Gives variable v a denominator of its own, 1.
 void give_denominator(int v);
 
-// Variable v, which is going to be changed. To be read, M[v] will do.
+// Variable v, whose denominator is going to be changed. For all else M[v] will do.
 inline numf& changing(int v) {
   if (M[v].m == &shared_one) [[unlikely]]
     give_denominator(v);

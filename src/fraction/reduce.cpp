@@ -54,8 +54,8 @@ bool is_candidate(int p) {
   return p <= 11 || (p % 3 != 0 && p % 5 != 0 && p % 7 != 0 && p % 11 != 0);
 }
 
-// A member of the pair. It is not divided before the search is over: what a division of its
-// cofactor, which loses every factor tried, would leave follows from the exponents.
+// A member of the pair, and its cofactor: what is left of it once the factors tried are divided
+// out. Nothing is divided before the search is over; the exponents tell what would be left.
 struct Member {
   num* value;
   std::span<std::uint32_t> left;  // the exponents of the primes in the cofactor
@@ -65,7 +65,7 @@ struct Member {
 
   Member(num* n, std::span<std::uint32_t> exponents) : value(n), left(exponents) {}
 
-  // Every division takes up to three leading zero limbs away.
+  // The least length after so many divisions, each of which takes at most three leading zeros away.
   int length_after(long long times) const {
     return static_cast<int>(std::max<long long>(value->len - 3 * times, 1));
   }
@@ -236,6 +236,7 @@ bool Search::try_candidate(int p) {
   }
   return larger_.cofactor_is_one() || smaller_.cofactor_is_one();
 }
+
 // The cofactor that both members share where the ratio is found, 1 where it is no machine integer.
 int Search::cofactor() const {
   const Lent rest({larger_.value});

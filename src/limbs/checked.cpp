@@ -1,7 +1,9 @@
-// A product that is longer than its transform is found from its value modulo B^s - 1, s limbs: that
-// wraps the limbs from s on around to the first, counted from the front, as the transform does
-// with its coefficients. What the known number wraps to differs from it by the difference of the
-// two, whose limbs stand there from the place of the s'th limb from the end, around to it again.
+// A product that is longer than its transform is found modulo B^s - 1, B the base, s the limbs of
+// the transform: what follows the first s limbs is added to them from the front on, as the
+// transform does with its coefficients. A known number near the product is turned round in the same
+// way. The two then differ by the difference of the numbers, turned round: as it has less than s
+// limbs, it begins where the s'th limb from the end has come to lie, goes on to the end, and then
+// from the front.
 #include "limbs/checked.h"
 
 #include <algorithm>
@@ -144,11 +146,14 @@ void Kept::multiply_near(Limbs r, ConstLimbs a, Workspace ws) {
   std::copy_n(r.begin(), size, apart.begin());
   add_around(apart, r.last(beyond));
   subtract_around(apart, wrapped.first(size));
+  // Its last two limbs belong to the front, and what is above its first one to the end.
   subtract_around(apart, wrapped.last(2));
   const Limb above[] = {static_cast<Limb>(over / kBase), static_cast<Limb>(over % kBase)};
   for (Limb borrow = subtract(apart, apart, above); borrow != 0;)
     borrow = subtract(apart, apart, kOne);
-  const bool below = apart[beyond % size] >= kBase / 2;  // the known number, by what `apart` lacks
+  // The limb above the difference is 0, or kBase - 1 where the known number is below the product;
+  // what `apart` lacks of B^s - 1 is then how far.
+  const bool below = apart[beyond % size] >= kBase / 2;
   if (below) {
     for (Limb& limb : apart) limb = kBase - 1 - limb;
   }

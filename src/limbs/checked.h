@@ -34,9 +34,9 @@ class Kept {
   // r = a x b, which fits the shape. r.size() == a.size() + b.size(), no overlap.
   void multiply(Limbs r, ConstLimbs a, Workspace ws);
 
-  // The same where the product may be twice as long as the shape, which is cyclic, and a no longer
-  // than it: r holds a number that is less than B^(s - 1) away from the product, s the limbs of the
-  // shape, B the base. That takes a transform half as long.
+  // The same where r holds a number near the product already: less than B^(s - 1) away, B the base,
+  // s the limbs of the shape, which is cyclic. The product may then have 2 s limbs, and a has s at
+  // most. That takes a transform half as long.
   void multiply_near(Limbs r, ConstLimbs a, Workspace ws);
 
  private:

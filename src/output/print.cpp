@@ -80,7 +80,8 @@ class Fraction {
 
   void print_expansion(int digits);
 
-  // "." and that many places, zeros behind the last one.
+  // "." and that many places, zeros behind the last one. A state saved at a longer precision may
+  // ask for more of them than a number has.
   void print_places(int digits);
 
  private:
@@ -118,8 +119,9 @@ void Fraction::print_places(int digits) {
   if (digits == 0) return;
   if (m_->len >= IS - 1) return report(Event::expansion_too_long, {.needed = digits_of(m_)});
   put(to_, ".");
+  const std::size_t most = std::min(kPiece, static_cast<std::size_t>(IS));
   for (std::size_t left = static_cast<std::size_t>(digits); left > 0;) {
-    const std::size_t count = std::min((left + 7) / 8, kPiece);
+    const std::size_t count = std::min((left + 7) / 8, most);
     const char* end = expand(text_, remainder_, m_, count);
     const std::size_t shown = std::min(left, static_cast<std::size_t>(end - text_));
     put(to_, {text_, shown});

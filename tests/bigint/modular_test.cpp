@@ -38,14 +38,14 @@ TEST_F(ModularTest, QuotientsAndRemainders) {
     const mpz_class a = big(x), b = big(y);
     num* q = round % 3 == 0 ? x : round % 3 == 1 ? y : junk(Mc[2]);
     num* r = round % 3 == 0 ? y : round % 3 == 1 ? x : junk(Mc[3]);
-    ASSERT_EQ(quotient_and_remainder(q, r, x, y), 1);
+    quotient_and_remainder(q, r, x, y);
     EXPECT_EQ(big(q) * b + big(r), a) << a << " by " << b;
     EXPECT_TRUE(big(r) >= 0 && big(r) < abs(b)) << a << " by " << b;
     EXPECT_TRUE(r->sign == 1 && (q->len > 0 || q->sign == 1));
   }
   num* x = set(Mc[0], "-99999999*200");
   num* y = set(Mc[1], "1");
-  EXPECT_EQ(quotient_and_remainder(x, y, x, y), 1);
+  quotient_and_remainder(x, y, x, y);
   EXPECT_EQ(raw(x), raw(set(Mc[2], "-99999999*200")));
 }
 

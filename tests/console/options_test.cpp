@@ -35,6 +35,7 @@ TEST(Options, CommandLines) {
       {"-f|head.txt|-f|sums.txt|-e|B=10^1600", "", "1\n9\n3\n", "", 1},
       {"-p0|-f|head.txt", "", "", "tivelo: head.txt:2: column 3: the power needs 1601 digits", 1},
       {"-q", "5\n\n6+;\n{\nA=A+1,A\n}\nR3", "5\n6\n1\n2\n3\n", ""},
+      {"-p0|-e|V.800|-e|1/3", "", "0." + std::string(800, '3') + "\n", ""},
       {"-q|0", "$\n1/0\n", "", "tivelo: -:1: column 1: '$' is not accepted", 2},
       {"-f|none|-e|1", "", "1\n", "tivelo: none cannot be read\n", 3},
       {"-e|I.A:how many? |-e|A|-f|-", "7\n8", "7\n8\n", "how many? "},
