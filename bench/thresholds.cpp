@@ -73,8 +73,11 @@ std::size_t measure(const Target& t, std::size_t ratio, double* work) {
                          t.multiply_columns(r.data(), b.data(), n, a.data(), na);
                        }),
                        seconds([&] {
-                         if (ratio == 0) return t.square_transform(r.data(), b.data(), n, s, work);
-                         t.multiply_transform(r.data(), a.data(), na, b.data(), n, s, work);
+                         if (ratio == 0) {
+                           t.square_transform(r.data(), b.data(), n, s, work);
+                         } else {
+                           t.multiply_transform(r.data(), a.data(), na, b.data(), n, s, work);
+                         }
                        })});
   }
   return best_threshold(samples);

@@ -1,6 +1,7 @@
 // Chooses the multiplication kernels once, by what the processor offers.
 #include "kernels/target.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 
@@ -72,6 +73,21 @@ Shape shape_for(std::size_t n) {
 Shape cyclic_shape_for(std::size_t n) {
   const Shape s = shape_for(n);
   return {s.u == 7 ? 8 : s.u, s.k};
+}
+
+Shape product_shape(std::size_t na, std::size_t nb) {
+  const std::size_t n = product_coefficients(na, nb);
+  const Shape s = shape_for(n);
+  if (s.u == 1 || s.u == 8) return s;  // below 8 there is 7 only, which is not cyclic
+  Shape shorter = {s.u - 1, s.k};
+  if (s.u == 5) shorter = {8, s.k - 1};
+  const std::size_t around = 2 * (n - transform_length(shorter));
+  return shorter.k >= kShortestTransform && 16 * around <= std::min(na, nb) ? shorter : s;
+}
+
+std::size_t transform_limbs(std::size_t na, std::size_t nb, Shape s) {
+  const std::size_t n = transform_length(s);
+  return product_coefficients(na, nb) > n ? 2 * n + 2 : na + nb;
 }
 
 const Target& target() {

@@ -65,6 +65,15 @@ struct Sums {
   bool excess;                // some limb is kBase or more; then the sums may be anything
 };
 
+// The shape whose transform is the cheaper way to a product of na by nb limbs, though it wraps the
+// product around: the longest cyclic one that is shorter than shape_for() the product, if what
+// wraps around is at most a sixteenth of the shorter factor; else shape_for() the product.
+Shape product_shape(std::size_t na, std::size_t nb);
+
+// Limbs of a product of na by nb limbs as a transform of that shape leaves it: 2 n + 2 where it
+// wraps around, n being the length.
+std::size_t transform_limbs(std::size_t na, std::size_t nb, Shape s);
+
 // One target. `work` and `prepared` are aligned to 64 bytes and hold a number of lengths, that is
 // transform_length(s) doubles each.
 struct Target {
@@ -81,22 +90,21 @@ struct Target {
                         std::size_t last);
   // r[0..2na) = a x a for na <= kMaxColumn.
   void (*square_columns)(std::uint32_t* r, const std::uint32_t* a, std::size_t na);
-  // r[0..na+nb) = a x b where the product has at most one length of coefficients. Work: 4 lengths.
-  void (*multiply_transform)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
-                             const std::uint32_t* b, std::size_t nb, Shape s, double* work);
-  // r[0..2na) = a x a. Work: 3 lengths.
-  void (*square_transform)(std::uint32_t* r, const std::uint32_t* a, std::size_t na, Shape s,
-                           double* work);
+  // r[0..na+nb) = a x b where the product has at most one length of coefficients. Where it has
+  // more, its coefficients wrap around modulo x^n - 1, and r has 2 n + 2 limbs; s is cyclic then, n
+  // is its length and neither factor has more coefficients, one at most 2^23. The first coefficient
+  // ends at limb 3. Returns what is above the limbs, below 10^16. Work: 4 lengths.
+  std::uint64_t (*multiply_transform)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
+                                      const std::uint32_t* b, std::size_t nb, Shape s,
+                                      double* work);
+  // The same of a x a. Work: 3 lengths.
+  std::uint64_t (*square_transform)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
+                                    Shape s, double* work);
   // The transform of b for multiply_prepared(): 3 lengths.
   void (*prepare)(double* prepared, const std::uint32_t* b, std::size_t nb, Shape s);
   // As multiply_transform(), with b given by its transform of the same shape. Work: 3 lengths.
-  void (*multiply_prepared)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
-                            const double* prepared, std::size_t nb, Shape s, double* work);
-  // The coefficients of that product wrapped around modulo x^n - 1, where s is cyclic, n is its
-  // length and neither factor has more coefficients, one at most 2^23: as 2 n + 2 limbs, and what
-  // is above them, below 10^16, is returned. The first coefficient ends at limb 3. Work: 3 lengths.
-  std::uint64_t (*multiply_wrapped)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
-                                    const double* prepared, Shape s, double* work);
+  std::uint64_t (*multiply_prepared)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
+                                     const double* prepared, std::size_t nb, Shape s, double* work);
   // u[i] -= q x v[i] modulo 2^64 for i < kRowBlock x blocks and |q| < 2^31; u is aligned to 64
   // bytes.
   void (*subtract_row)(std::uint64_t* u, const std::uint32_t* v, std::size_t blocks,

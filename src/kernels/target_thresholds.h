@@ -19,6 +19,6 @@ inline constexpr Thresholds kAvx512Thresholds = {320, 230, 560};
 inline constexpr Thresholds kAvx2Thresholds = {300, 220, 520};
 // By instructions, counted under qemu 7.2.
 inline constexpr Thresholds kNeonThresholds = {390, 220, 490};
-inline constexpr Thresholds kPortableThresholds = {460, 330, 720};
+inline constexpr Thresholds kPortableThresholds = {280, 180, 340};
 
 }  // namespace tivelo::kernels

@@ -143,11 +143,11 @@ void build_one(PrimeTables& t, std::uint64_t p, std::uint64_t root) {
   build_tops(t, f, root, z, inverse_z);
 }
 
-// The digits of v in base 10^8, least significant first.
+// v in base 10^8, least significant digit first and the last with what is left, below 2^64.
 void to_digits(double* digits, int count, Wide v) {
-  for (int i = 0; i < count; ++i, v /= kBase) {
+  for (int i = 0; i < count - 1; ++i, v /= kBase)
     digits[i] = static_cast<double>(static_cast<std::uint64_t>(v % kBase));
-  }
+  digits[count - 1] = static_cast<double>(static_cast<std::uint64_t>(v));
 }
 
 TransformTables build_all() {
@@ -160,6 +160,8 @@ TransformTables build_all() {
   t.inverse_p2_mod_p3 = f3.balanced(f3.invert(kPrime[1]));
   to_digits(t.p1, 2, kPrime[0]);
   to_digits(t.p1p2, 4, Wide{kPrime[0]} * kPrime[1]);
+  to_digits(t.p1_upper, 3, Wide{kPrime[0]} << 22);
+  to_digits(t.p1p2_upper, 4, (Wide{kPrime[0]} * kPrime[1]) << 22);
   return t;
 }
 

@@ -11,11 +11,11 @@ namespace tivelo::kernels {
 
 inline constexpr int kPrimes = 3;
 
-// The three largest primes k 15 2^26 + 1 below 2^44, and an element of order 15 2^26 for each.
-inline constexpr int kRootOrder = 26;
+// The three largest primes k 15 2^32 + 1 below 2^44, and an element of order 15 2^32 for each.
+inline constexpr int kRootOrder = 32;
 inline constexpr std::uint64_t kOddOrder = 15;
-inline constexpr std::uint64_t kPrime[kPrimes] = {17591917608961, 17586884444161, 17574804848641};
-inline constexpr std::uint64_t kRoot[kPrimes] = {3539308216080, 4832713108243, 13974518353763};
+inline constexpr std::uint64_t kPrime[kPrimes] = {17523466567681, 17330193039361, 16943645982721};
+inline constexpr std::uint64_t kRoot[kPrimes] = {5586375456576, 12682840099416, 1929897197410};
 
 // The longest transform has 2^kMaxTransform coefficients, so m <= 2^(kMaxTransform - 1) in the
 // shorter operand. A coefficient of the product is below m (10^16)^2, and the reconstruction wants
@@ -69,8 +69,11 @@ struct alignas(64) TransformTables {
   double inverse_p1_mod_p2;
   double inverse_p1_mod_p3;
   double inverse_p2_mod_p3;
-  double p1[2];    // base 10^8, least significant first
-  double p1p2[4];  // base 10^8, least significant first
+  // Base 10^8, least significant first: p1 and p1 p2, and both times 2^22. The last has the rest.
+  double p1[2];
+  double p1p2[4];
+  double p1_upper[3];
+  double p1p2_upper[4];
 };
 
 // The tables, built at the first call (about 100 KB, well below a millisecond).

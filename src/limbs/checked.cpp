@@ -25,17 +25,53 @@ Residue residue_of_product(ConstLimbs a, ConstLimbs b, const Target& t) {
   return product_of(x, same_run(a, b) ? x : residue_of(b, t));
 }
 
-// r = a x b by one transform, unchecked.
+constexpr Limb kOneLimb[] = {1};
+constexpr ConstLimbs kOne(kOneLimb);
+
+// x + y and x - y modulo B^x.size() - 1, y aligned to the front of x.
+void add_around(Limbs x, ConstLimbs y) {
+  const Limbs head = x.first(y.size());
+  for (Limb carry = add(head, head, y); carry != 0;) carry = add(x, x, kOne);
+}
+void subtract_around(Limbs x, ConstLimbs y) {
+  const Limbs head = x.first(y.size());
+  for (Limb borrow = subtract(head, head, y); borrow != 0;) borrow = subtract(x, x, kOne);
+}
+
+// What a transform has wrapped around, s + 2 limbs and what is above them, modulo B^s - 1; in
+// place.
+Limbs unwrapped(Limbs y, std::uint64_t above) {
+  const Limbs x = y.first(y.size() - 2);
+  add_around(x, y.last(2));
+  const Limb limbs[] = {static_cast<Limb>(above / kBase), static_cast<Limb>(above % kBase)};
+  for (Limb carry = add(x, x, limbs); carry != 0;) carry = add(x, x, kOne);
+  return x;
+}
+
+// r = a x b by one transform, unchecked. Where the product wraps around, its last limbs are found
+// apart, by a transform of as many limbs of the factors, and taken off where they have been added.
 void transform(Limbs r, ConstLimbs a, ConstLimbs b, const Target& t, Workspace ws) {
-  const kernels::Shape s = kernels::shape_for(kernels::product_coefficients(a.size(), b.size()));
+  const kernels::Shape s = kernels::product_shape(a.size(), b.size());
   const std::size_t length = kernels::transform_length(s);
+  const bool wraps = kernels::product_coefficients(a.size(), b.size()) > length;
+  const Limbs product = wraps ? ws.take<Limb>(2 * length + 2) : r;
+  std::uint64_t above = 0;
+  Workspace working = ws;
   if (same_run(a, b)) {
-    double* work = ws.take<double>(3 * length).data();
-    t.square_transform(r.data(), a.data(), a.size(), s, work);
+    double* work = working.take<double>(3 * length).data();
+    above = t.square_transform(product.data(), a.data(), a.size(), s, work);
   } else {
-    double* work = ws.take<double>(4 * length).data();
-    t.multiply_transform(r.data(), a.data(), a.size(), b.data(), b.size(), s, work);
+    double* work = working.take<double>(4 * length).data();
+    above = t.multiply_transform(product.data(), a.data(), a.size(), b.data(), b.size(), s, work);
   }
+  if (!wraps) return;
+  const std::size_t beyond = r.size() - 2 * length;
+  const Limbs part = ws.take<Limb>(2 * beyond);
+  transform(part, a.last(beyond), b.last(beyond), t, ws);
+  const Limbs head = unwrapped(product, above);
+  subtract_around(head, part.last(beyond));
+  std::copy(head.begin(), head.end(), r.begin());
+  std::copy_n(part.last(beyond).begin(), beyond, r.last(beyond).begin());
 }
 
 // Nobody is told where the engine runs alone. No place in the line is to blame.
@@ -67,22 +103,10 @@ void tell(Event event) {
   tell(Event::product_redone);
 }
 
-constexpr Limb kOneLimb[] = {1};
-constexpr ConstLimbs kOne(kOneLimb);
-
-// x + y and x - y modulo B^x.size() - 1, y aligned to the front of x.
-void add_around(Limbs x, ConstLimbs y) {
-  const Limbs head = x.first(y.size());
-  for (Limb carry = add(head, head, y); carry != 0;) carry = add(x, x, kOne);
-}
-void subtract_around(Limbs x, ConstLimbs y) {
-  const Limbs head = x.first(y.size());
-  for (Limb borrow = subtract(head, head, y); borrow != 0;) borrow = subtract(x, x, kOne);
-}
-
 }  // namespace
 
-// Four arrays of at most 5/4 of (na + nb + 2) / 2 doubles, 20 bytes for each limb.
+// Four arrays of at most 5/4 of (na + nb + 2) / 2 doubles, 20 bytes for each limb; or shorter ones
+// than (na + nb) / 2 doubles and as many limbs again, if the product wraps around.
 std::size_t transform_workspace(std::size_t na, std::size_t nb) { return 20 * (na + nb) + 8192; }
 
 void multiply_long(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
@@ -140,17 +164,12 @@ void Kept::multiply_near(Limbs r, ConstLimbs a, Workspace ws) {
   Workspace working = ws;
   const Limbs wrapped = working.take<Limb>(size + 2);
   const Limbs apart = working.take<Limb>(size);
-  const std::uint64_t over =
-      kernels::target().multiply_wrapped(wrapped.data(), a.data(), a.size(), prepared_.data(),
-                                         shape_, working.take<double>(3 * length).data());
+  const std::uint64_t over = kernels::target().multiply_prepared(
+      wrapped.data(), a.data(), a.size(), prepared_.data(), b_.size(), shape_,
+      working.take<double>(3 * length).data());
   std::copy_n(r.begin(), size, apart.begin());
   add_around(apart, r.last(beyond));
-  subtract_around(apart, wrapped.first(size));
-  // Its last two limbs belong to the front, and what is above its first one to the end.
-  subtract_around(apart, wrapped.last(2));
-  const Limb above[] = {static_cast<Limb>(over / kBase), static_cast<Limb>(over % kBase)};
-  for (Limb borrow = subtract(apart, apart, above); borrow != 0;)
-    borrow = subtract(apart, apart, kOne);
+  subtract_around(apart, unwrapped(wrapped, over));
   // The limb above the difference is 0, or kBase - 1 where the known number is below the product;
   // what `apart` lacks of B^s - 1 is then how far.
   const bool below = apart[beyond % size] >= kBase / 2;

@@ -62,8 +62,7 @@ ratio = 64 * p * Fraction(51, 100)
 error = ratio * ((1 + Fraction(1, 2**53)) ** 3 - 1)
 check("the quotient of multiply_mod is off by less than 3/4", error + Fraction(1, 2) < Fraction(3, 4))
 check("the quotient is below 2^51", ratio < 2**51)
-check("primes k 2^26 + 1, k < 2^32, and 3/4 p below 2^47",
-      all(f % 2**26 == 1 and f < min(2**58, 2**47 * Fraction(4, 3)) for f in primes))
+check("primes k 2^32 + 1, k < 2^32", all(f % 2**32 == 1 and f < 2**64 for f in primes))
 check("the rest before its correction is below 2^53",
       Fraction(3, 4) * p + 64 * p * Fraction(51, 100) * p / 2**53 < 2**53)
 check("forward values: 7.6 + 3/4 for each level within 64",
@@ -72,18 +71,27 @@ check("forward values: 7.6 + 3/4 for each level within 64",
 # Places of the reconstruction.
 bias = numbers(crt, "kBias")[0]
 v = Fraction(51, 100) * p
-place = v + 5 * (v + 1) + 5 * BASE
-top = primes[0] * primes[1] // BASE**3 * (Fraction(p, 4) + 1)
-check("p1 p2 has four limbs", primes[0] * primes[1] < BASE**4)
-check("a place without its bias is less than the bias", place < bias * (BASE - 1))
-check("a place with its bias is below 2^51", place + top + bias * BASE < 2**51)
+cut = 2**22
+lower, upper = cut // 2, v / cut + 1
+p1, p12 = primes[0], primes[0] * primes[1]
+place = [v if j == 0 else 0 for j in range(4)]  # without what is above three limbs of p1 p2
+for number, factor in ((p1, lower), (p12, lower), (p1 * cut, upper), (p12 * cut, upper)):
+    for j in range(3):
+        place[j] += number // BASE**j % BASE * factor
+top, top_upper = p12 // BASE**3, p12 * cut // BASE**3
+down, up = top * lower + top_upper, top * lower + top_upper * (Fraction(p, 4) / cut + 1)
+check("limbs of p1 and p1 p2, times 2^22 or not", p1 * cut < BASE**3 and top_upper < 2**53)
+check("places without their bias are less than the bias",
+      max(place[0] + place[2], place[1] + down) < bias * (BASE - 1))
+check("places with their bias are below 2^52",
+      max(place[0] + place[2], place[1] + up) + bias * BASE < 2**52)
 inverse = Fraction(float("1e-8"))
 check("the double 1e-8 is above 10^-8, by less than 2^-55 of it",
       0 < inverse - Fraction(1, BASE) < Fraction(1, BASE * 2**55))
 # One more rounding of 2^-53 in the product.
 check("floor(x 1e-8) is exact below 2^52",
       2**52 * (inverse * (1 + Fraction(1, 2**53)) - Fraction(1, BASE)) < Fraction(1, BASE))
-check("what a pair hands to the left is below 2^25", 2**51 // BASE < 2**25)
+check("what a pair hands to the left is below 2^26", 2**52 // BASE < 2**26)
 
 column = numbers(target, "kMaxColumn")[0]
 lowered = (Fraction(1, BASE) - Fraction(1e-8 * (1 - 2**-51))) * BASE

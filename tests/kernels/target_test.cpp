@@ -21,6 +21,11 @@ TEST(Target, ShapesAreLongEnoughAndHardlyLonger) {
     const Shape s = shape_for(n);
     ASSERT_TRUE(s.k >= kShortestTransform && (s.u == 1 || (s.u >= 5 && s.u <= 8))) << n;
     ASSERT_GE(transform_length(s), n);
+    const Shape chosen = product_shape(n, n);
+    const std::size_t length = product_coefficients(n, n);
+    ASSERT_TRUE(transform_length(chosen) >= length ||
+                (chosen.u != 7 && 32 * (length - transform_length(chosen)) <= n))
+        << n;
     const Shape cyclic = cyclic_shape_for(n);
     ASSERT_TRUE(cyclic.u != 7 && (s.u == 7 || transform_length(cyclic) == transform_length(s)));
     ASSERT_TRUE(transform_length(cyclic) >= n && (n < 256 || 3 * transform_length(cyclic) <= 4 * n))

@@ -114,7 +114,9 @@ TEST_P(Multiply, AroundEveryChange) {
   std::vector<std::size_t> lengths = {t.even, t.uneven, t.square, kMaxColumn};
   for (std::size_t n = 64; n < 6000; n = transform_length(shape_for(n + 1))) {
     ASSERT_EQ(n, transform_length(shape_for(n)));
-    lengths.push_back(n);  // n coefficients: two operands of about n limbs
+    // n coefficients: two operands of about n limbs. From n + 2 on they wrap around.
+    for (const std::size_t more : {std::size_t{0}, std::size_t{2}, n / 36})
+      lengths.push_back(n + more);
   }
   for (const std::size_t n : lengths) {
     for (const std::size_t na : {n - 1, n, n + 1, n + 2}) {

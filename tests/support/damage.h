@@ -80,24 +80,21 @@ kernels::Target damaged(const kernels::Target& real) {
   kernels::Target t = real;
   t.multiply_transform = [](std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                             const std::uint32_t* b, std::size_t nb, Shape s, double* work) {
-    faults.real[kRoad]->multiply_transform(r, a, na, b, nb, s, work);
-    damage_product<kRoad>(r, na + nb);
+    const std::uint64_t above = faults.real[kRoad]->multiply_transform(r, a, na, b, nb, s, work);
+    damage_product<kRoad>(r, transform_limbs(na, nb, s));
+    return above;
   };
   t.square_transform = [](std::uint32_t* r, const std::uint32_t* a, std::size_t na, Shape s,
                           double* work) {
-    faults.real[kRoad]->square_transform(r, a, na, s, work);
-    damage_product<kRoad>(r, 2 * na);
+    const std::uint64_t above = faults.real[kRoad]->square_transform(r, a, na, s, work);
+    damage_product<kRoad>(r, transform_limbs(na, na, s));
+    return above;
   };
   t.multiply_prepared = [](std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                            const double* b, std::size_t nb, Shape s, double* work) {
-    faults.real[kRoad]->multiply_prepared(r, a, na, b, nb, s, work);
-    damage_product<kRoad>(r, na + nb);
-  };
-  t.multiply_wrapped = [](std::uint32_t* r, const std::uint32_t* a, std::size_t na, const double* b,
-                          Shape s, double* work) {
-    const std::uint64_t over = faults.real[kRoad]->multiply_wrapped(r, a, na, b, s, work);
-    damage_product<kRoad>(r, 2 * transform_length(s) + 2);
-    return over;
+    const std::uint64_t above = faults.real[kRoad]->multiply_prepared(r, a, na, b, nb, s, work);
+    damage_product<kRoad>(r, transform_limbs(na, nb, s));
+    return above;
   };
   t.prepare = [](double* x, const std::uint32_t* b, std::size_t nb, Shape s) {
     faults.real[kRoad]->prepare(x, b, nb, s);
