@@ -15,10 +15,10 @@ struct Thresholds {
   std::size_t square;
 };
 
-inline constexpr Thresholds kAvx512Thresholds = {320, 230, 560};
-inline constexpr Thresholds kAvx2Thresholds = {300, 220, 520};
+inline constexpr Thresholds kAvx512Thresholds = {350, 230, 540};
+inline constexpr Thresholds kAvx2Thresholds = {315, 215, 490};
 // By instructions, counted under qemu 7.2.
 inline constexpr Thresholds kNeonThresholds = {390, 220, 490};
-inline constexpr Thresholds kPortableThresholds = {280, 180, 340};
+inline constexpr Thresholds kPortableThresholds = {380, 255, 610};
 
 }  // namespace tivelo::kernels
