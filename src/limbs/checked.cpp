@@ -41,30 +41,6 @@ void tell(Event event) {
   if (answers != nullptr) report(event, {.place = ""});
 }
 
-// r = a x b after it has come out wrong: by the second target, in halves of the longer factor, so
-// that the transforms have other lengths than before, and so does all that lies in memory. Takes 24
-// bytes for each limb of the shorter factor and half of the longer; ends the computation if it is
-// wrong again.
-[[gnu::cold, gnu::noinline]] void transform_again(Limbs r, ConstLimbs a, ConstLimbs b,
-                                                  Workspace ws) {
-  if (a.size() < b.size()) std::swap(a, b);
-  const Target& t = kernels::second_target();
-  const std::size_t upper = a.size() / 2;
-  const ConstLimbs lower = a.subspan(upper);
-  transform(r.subspan(upper), lower, b, t, ws);
-  if (upper > 0) {
-    const Limbs part = ws.take<Limb>(upper + b.size());
-    transform(part, a.first(upper), b, t, ws);
-    std::fill_n(r.begin(), upper, 0);
-    add(r.first(part.size()), r.first(part.size()), part);
-  }
-  if (!casts_out(r, residue_of_product(a, b, t), t)) {
-    tell(Event::product_wrong);
-    refuse();
-  }
-  tell(Event::product_redone);
-}
-
 constexpr Limb kOneLimb[] = {1};
 constexpr ConstLimbs kOne(kOneLimb);
 
@@ -87,7 +63,28 @@ void multiply_long(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
   const Target& t = kernels::target();
   const Residue expected = residue_of_product(a, b, t);
   transform(r, a, b, t, ws);
-  if (!casts_out(r, expected, t)) transform_again(r, a, b, ws);
+  if (!casts_out(r, expected, t)) multiply_again(r, a, b, ws);
+}
+
+// Takes 24 bytes for each limb of the shorter factor and half of the longer.
+[[gnu::cold, gnu::noinline]] void multiply_again(Limbs r, ConstLimbs a, ConstLimbs b,
+                                                 Workspace ws) {
+  if (a.size() < b.size()) std::swap(a, b);
+  const Target& t = kernels::second_target();
+  const std::size_t upper = a.size() / 2;
+  const ConstLimbs lower = a.subspan(upper);
+  transform(r.subspan(upper), lower, b, t, ws);
+  if (upper > 0) {
+    const Limbs part = ws.take<Limb>(upper + b.size());
+    transform(part, a.first(upper), b, t, ws);
+    std::fill_n(r.begin(), upper, 0);
+    add(r.first(part.size()), r.first(part.size()), part);
+  }
+  if (!casts_out(r, residue_of_product(a, b, t), t)) {
+    tell(Event::product_wrong);
+    refuse();
+  }
+  tell(Event::product_redone);
 }
 
 std::size_t Kept::bytes(kernels::Shape s) {
@@ -115,7 +112,7 @@ bool Kept::fits(ConstLimbs a) const {
 void Kept::settle(Limbs r, ConstLimbs a, Workspace ws) {
   const Target& t = kernels::target();
   if (casts_out(r, product_of(residue_of(a, t), residue_), t)) return;
-  transform_again(r, a, b_, ws);
+  multiply_again(r, a, b_, ws);
   t.prepare(prepared_.data(), b_.data(), b_.size(), shape_);
   residue_ = residue_of(b_, t);
 }

@@ -77,6 +77,11 @@ top = primes[0] * primes[1] // BASE**3 * (Fraction(p, 4) + 1)
 check("p1 p2 has four limbs", primes[0] * primes[1] < BASE**4)
 check("a place without its bias is less than the bias", place < bias * (BASE - 1))
 check("a place with its bias is below 2^51", place + top + bias * BASE < 2**51)
+# Sums and differences of two products, the shorter factors of 2^21 coefficients.
+limit = numbers((KERNELS / "../limbs/matrix.cpp").read_text(), "kMostEntries")[-1] - 1
+check("sums of two products are as good as one", 2 * 2**limit <= 2 ** (longest - 1))
+below = primes[0] * primes[1] // BASE**3 * (2**limit * BASE**4 // (primes[0] * primes[1]) + 1)
+check("a place of a difference is less than the bias below zero", place + below < bias * (BASE - 1))
 inverse = Fraction(float("1e-8"))
 check("the double 1e-8 is above 10^-8, by less than 2^-55 of it",
       0 < inverse - Fraction(1, BASE) < Fraction(1, BASE * 2**55))
