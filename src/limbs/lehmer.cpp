@@ -58,10 +58,10 @@ LehmerStep lehmer_step(Wide x, Wide y, bool once) {
 
 Wide leading(const Words& x, std::size_t n, int shift) {
   const auto at = [&x](std::size_t i) { return i < x.size ? x.w[i] : 0; };
-  const Wide top = Wide{at(n - 1)} << kWordBits | (n > 1 ? at(n - 2) : 0);
+  const Wide top = (Wide{at(n - 1)} << kWordBits) + (n > 1 ? at(n - 2) : 0);
   if (shift == 0) return top;
   const Word next = n > 2 ? at(n - 3) : 0;
-  return top << shift | next >> (kWordBits - shift);
+  return (top << shift) + (next >> (kWordBits - shift));
 }
 
 }  // namespace tivelo::limbs
