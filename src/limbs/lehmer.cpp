@@ -57,11 +57,14 @@ LehmerStep lehmer_step(Wide x, Wide y, bool once) {
 }
 
 Wide leading(const Words& x, std::size_t n, int shift) {
-  const auto at = [&x](std::size_t i) { return i < x.size ? x.w[i] : 0; };
-  const Wide top = (Wide{at(n - 1)} << kWordBits) + (n > 1 ? at(n - 2) : 0);
-  if (shift == 0) return top;
-  const Word next = n > 2 ? at(n - 3) : 0;
-  return (top << shift) + (next >> (kWordBits - shift));
+  // Word i and what moves in from the one behind it, zero outside of x.
+  const auto shifted = [&x, shift](std::size_t i) {
+    const Word word = i < x.size ? x.w[i] : 0;
+    if (shift == 0) return word;
+    const Word next = i - 1 < x.size ? x.w[i - 1] : 0;
+    return word << shift | next >> (kWordBits - shift);
+  };
+  return (Wide{shifted(n - 1)} << kWordBits) + shifted(n - 2);
 }
 
 }  // namespace tivelo::limbs

@@ -53,8 +53,8 @@ struct LehmerStep {
 // least x / 2^66, or x / 2^33. Trivial where the first quotient is too large.
 LehmerStep lehmer_step(Wide x, Wide y, bool once);
 
-// The leading 128 bits of n words in binary, of which the first `shift` < 64 are left out; x has at
-// most n words.
+// The leading 128 bits of n >= 2 words in binary, of which the first `shift` < 64 are left out; x
+// has at most n words.
 Wide leading(const Words& x, std::size_t n, int shift);
 
 // The bases: what is left of t and the carry as a digit, and what goes to the next as a carry. In
