@@ -74,6 +74,20 @@ Shape product_shape(std::size_t na, std::size_t nb);
 // wraps around, n being the length.
 std::size_t transform_limbs(std::size_t na, std::size_t nb, Shape s);
 
+// A matrix a, b, c, d by one or two vectors x, y: a x + b y and c x + d y, or a x - b y and d y - c
+// x where `minus` is set, modulo B^(entry_size + vector_size), B the base: a result below zero is
+// its complement. Entries have at most 2^22 limbs, and no product more coefficients than the shape.
+struct MatrixProduct {
+  const std::uint32_t* entry[4];  // a, b, c, d
+  std::size_t entry_size;
+  int columns;                        // vectors
+  const std::uint32_t* vector[2][2];  // x, y of each
+  std::size_t vector_size;
+  std::uint32_t* result[2][2];  // entry_size + vector_size limbs each, which overlap no operand
+  bool minus;
+  Shape shape;
+};
+
 // One target. `work` and `prepared` are aligned to 64 bytes and hold a number of lengths, that is
 // transform_length(s) doubles each.
 struct Target {
@@ -105,6 +119,8 @@ struct Target {
   // As multiply_transform(), with b given by its transform of the same shape. Work: 3 lengths.
   std::uint64_t (*multiply_prepared)(std::uint32_t* r, const std::uint32_t* a, std::size_t na,
                                      const double* prepared, std::size_t nb, Shape s, double* work);
+  // Fills the results of p. Work: 4 lengths, and 6 for each vector.
+  void (*multiply_matrix)(const MatrixProduct& p, double* work);
   // u[i] -= q x v[i] modulo 2^64 for i < kRowBlock x blocks and |q| < 2^31; u is aligned to 64
   // bytes.
   void (*subtract_row)(std::uint64_t* u, const std::uint32_t* v, std::size_t blocks,

@@ -80,6 +80,22 @@ Residue product_of(const Residue& a, const Residue& b) {
   return r;
 }
 
+Residue sum_of(const Residue& a, const Residue& b) {
+  const std::uint64_t rest = a.rest + b.rest;
+  const std::uint64_t fold = once_less(a.fold + b.fold);
+  return {once_less(rest), once_less(fold + (rest >= kCastOut ? 1 : 0))};
+}
+
+// Both parts complemented, for m - 1 + (m - 1) m = m^2 - 1, and 1 more.
+Residue negative_of(const Residue& a) {
+  return sum_of({kCastOut - 1 - a.rest, kCastOut - 1 - a.fold}, {1, 0});
+}
+
+Residue residue_of_power(std::size_t n) {
+  const std::uint64_t unit = n % 2 == 0 ? 1 : kBase;
+  return {unit, unit * (n / 2)};
+}
+
 bool casts_out(ConstLimbs r, const Residue& expected, const Target& t) {
   const LongSums sums = sums_of(r, t);
   return !sums.excess && residue(sums) == expected;

@@ -28,6 +28,11 @@ Residue residue_of(ConstLimbs a, const kernels::Target& t);
 // The residue of the product of two numbers with these.
 Residue product_of(const Residue& a, const Residue& b);
 
+// The residues of the sum of two numbers, of a number's negative, and of B^n, B the base, n < 2^26.
+Residue sum_of(const Residue& a, const Residue& b);
+Residue negative_of(const Residue& a);
+Residue residue_of_power(std::size_t n);
+
 // Is the residue of r the expected one, and is every limb of r below kBase?
 bool casts_out(ConstLimbs r, const Residue& expected, const kernels::Target& t);
 

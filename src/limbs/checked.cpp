@@ -79,12 +79,22 @@ void tell(Event event) {
   if (answers != nullptr) report(event, {.place = ""});
 }
 
-// r = a x b after it has come out wrong: by the second target, in halves of the longer factor, so
-// that the transforms have other lengths than before, and so does all that lies in memory. Takes 24
-// bytes for each limb of the shorter factor and half of the longer; ends the computation if it is
-// wrong again.
-[[gnu::cold, gnu::noinline]] void transform_again(Limbs r, ConstLimbs a, ConstLimbs b,
-                                                  Workspace ws) {
+}  // namespace
+
+// Four arrays of at most 5/4 of (na + nb + 2) / 2 doubles, 20 bytes for each limb; or shorter ones
+// than (na + nb) / 2 doubles and as many limbs again, if the product wraps around.
+std::size_t transform_workspace(std::size_t na, std::size_t nb) { return 20 * (na + nb) + 8192; }
+
+void multiply_long(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
+  const Target& t = kernels::target();
+  const Residue expected = residue_of_product(a, b, t);
+  transform(r, a, b, t, ws);
+  if (!casts_out(r, expected, t)) multiply_again(r, a, b, ws);
+}
+
+// Takes 24 bytes for each limb of the shorter factor and half of the longer.
+[[gnu::cold, gnu::noinline]] void multiply_again(Limbs r, ConstLimbs a, ConstLimbs b,
+                                                 Workspace ws) {
   if (a.size() < b.size()) std::swap(a, b);
   const Target& t = kernels::second_target();
   const std::size_t upper = a.size() / 2;
@@ -101,19 +111,6 @@ void tell(Event event) {
     refuse();
   }
   tell(Event::product_redone);
-}
-
-}  // namespace
-
-// Four arrays of at most 5/4 of (na + nb + 2) / 2 doubles, 20 bytes for each limb; or shorter ones
-// than (na + nb) / 2 doubles and as many limbs again, if the product wraps around.
-std::size_t transform_workspace(std::size_t na, std::size_t nb) { return 20 * (na + nb) + 8192; }
-
-void multiply_long(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws) {
-  const Target& t = kernels::target();
-  const Residue expected = residue_of_product(a, b, t);
-  transform(r, a, b, t, ws);
-  if (!casts_out(r, expected, t)) transform_again(r, a, b, ws);
 }
 
 std::size_t Kept::bytes(kernels::Shape s) {
@@ -141,7 +138,7 @@ bool Kept::fits(ConstLimbs a) const {
 void Kept::settle(Limbs r, ConstLimbs a, Workspace ws) {
   const Target& t = kernels::target();
   if (casts_out(r, product_of(residue_of(a, t), residue_), t)) return;
-  transform_again(r, a, b_, ws);
+  multiply_again(r, a, b_, ws);
   t.prepare(prepared_.data(), b_.data(), b_.size(), shape_);
   residue_ = residue_of(b_, t);
 }

@@ -18,6 +18,11 @@ std::size_t transform_workspace(std::size_t na, std::size_t nb);
 // b.size(), no overlap; a and b may be the same run.
 void multiply_long(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws);
 
+// r = a x b after a transform with these has come out wrong: by the second target, in halves of the
+// longer factor, so that the transforms have other lengths than before, and so does all that lies
+// in memory. Takes transform_workspace() at most; ends the computation if it is wrong again.
+void multiply_again(Limbs r, ConstLimbs a, ConstLimbs b, Workspace ws);
+
 // A factor with its transform, which serves all products with it.
 class Kept {
  public:

@@ -9,16 +9,23 @@
 #include "limbs/half_gcd.h"
 
 #include <algorithm>
+#include <bit>
 #include <cassert>
 #include <utility>
 
 #include "base/interrupt.h"
 #include "limbs/divide.h"
+#include "limbs/lehmer.h"
+#include "limbs/matrix.h"
 #include "limbs/multiply.h"
 #include "limbs/thresholds.h"
 
 namespace tivelo::limbs {
 namespace {
+
+// The limbs by which half_gcd() reduces, as a share of all: the fewer, the shorter the matrix and
+// the numbers on which it is found, and the more often all of the numbers are multiplied.
+constexpr std::size_t kShare = 6;
 
 // x' = a x - b y, y' = d y - c x, or both negated if `odd`.
 struct Reduction {
@@ -71,48 +78,6 @@ void add_product(Resizable& r, ConstLimbs s, ConstLimbs t, Workspace ws) {
   if (carry != 0) r.room[r.room.size() - ++r.size] = carry;
 }
 
-// r -= s x t, which leaves it positive.
-void subtract_product(Resizable& r, ConstLimbs s, ConstLimbs t, Workspace ws) {
-  if (s.empty() || t.empty()) return;
-  const Limbs product = ws.take<Limb>(s.size() + t.size());
-  multiply(product, s, t, ws);
-  const ConstLimbs p = strip(product);
-  assert(p.size() <= r.size);
-  [[maybe_unused]] const Limb borrow = subtract(r.run(), r.run(), p);
-  assert(borrow == 0);
-  r.trim();
-}
-
-// Both columns of m by a step: entries stay below the room they were given.
-void apply_to_reduction(const LehmerStep& step, Reduction& m) {
-  const auto magnitude = [](std::int64_t x) { return static_cast<std::uint64_t>(x < 0 ? -x : x); };
-  const std::uint64_t a = magnitude(step.a), b = magnitude(step.b), c = magnitude(step.c),
-                      d = magnitude(step.d);
-  for (auto [top, low] : {std::pair(&m.a, &m.c), std::pair(&m.b, &m.d)}) {
-    const std::size_t size = std::min(std::max(top->size, low->size) + 2, top->room.size());
-    for (Resizable* x : {top, low}) {
-      std::fill_n(x->room.last(size).begin(), size - x->size, 0);
-      x->size = size;
-    }
-    const Limbs x = top->run();
-    const Limbs y = low->run();
-    std::uint64_t carry_x = 0;
-    std::uint64_t carry_y = 0;
-    for (std::size_t i = size; i-- > 0;) {
-      const std::uint64_t s = a * x[i] + b * y[i] + carry_x;
-      const std::uint64_t t = c * x[i] + d * y[i] + carry_y;
-      carry_x = s / kBase;
-      carry_y = t / kBase;
-      x[i] = static_cast<Limb>(s % kBase);
-      y[i] = static_cast<Limb>(t % kBase);
-    }
-    assert(carry_x == 0 && carry_y == 0);
-    top->trim();
-    low->trim();
-  }
-  m.odd ^= step.b > 0;
-}
-
 // One whole quotient, unless the rest would be below B^h.
 bool quotient_step(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
   order(v, m);
@@ -130,55 +95,175 @@ bool quotient_step(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
   return true;
 }
 
-// Step by step until y is next to B^h. A step leaves at least x / 2^33 > x / B^2 of y.
-void reduce_by_steps(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
-  for (;;) {
-    order(v, m);
-    if (v.y.size < h + 3) return;
-    const LehmerStep step = lehmer_step(v.x.run(), v.y.run());
-    if (!step.trivial()) {
-      apply(step, v.x, v.y);
-      apply_to_reduction(step, m);
-    } else if (!quotient_step(v, m, h, ws)) {
-      return;
-    }
+// Numbers in pairs of limbs, for steps. Those of a reduction grow, by two digits at a time at most.
+Words to_pairs(const Resizable& a, Workspace& ws) {
+  Words x{ws.take<Word>(a.room.size() / 2 + 4).data(), 0};
+  const ConstLimbs run = a.run();
+  for (std::size_t i = run.size(); i > 0;) {
+    const Limb low = run[--i];
+    x.w[x.size++] = (i > 0 ? run[--i] : 0) * Word{kBase} + low;
+  }
+  return x;
+}
+
+std::size_t pairs_workspace(std::size_t limbs) { return Workspace::bytes<Word>(limbs / 2 + 4); }
+
+std::size_t limbs_of(const Words& x) {
+  return x.size == 0 ? 0 : 2 * x.size - (x.w[x.size - 1] < kBase ? 1 : 0);
+}
+
+void from_pairs(Resizable& a, const Words& x) {
+  a.size = limbs_of(x);
+  const Limbs run = a.run();
+  for (std::size_t i = a.size, j = 0; i > 0; ++j) {
+    run[--i] = static_cast<Limb>(x.w[j] % kBase);
+    if (i > 0) run[--i] = static_cast<Limb>(x.w[j] / kBase);
   }
 }
 
-// What `part` did to the leading limbs `top` of v, done to all of v; p limbs were left out.
+// The step for x >= y by the leading four pairs of x and what stands there in y, in binary. Four
+// pairs have more than 159 bits.
+LehmerStep step_of(const Words& x, const Words& y, bool once) {
+  Word room[2][4] = {};
+  for (std::size_t i = 0; i < 4; ++i) {
+    const std::size_t at = x.size - 1 - i;  // beyond all where there are fewer
+    for (const auto& [number, r] : {std::pair(&x, room[0]), std::pair(&y, room[1])}) {
+      Word carry = at < number->size ? number->w[at] : 0;
+      for (std::size_t j = 0; j <= i; ++j) {
+        const Wide t = Wide{r[j]} * kPair + carry;
+        r[j] = static_cast<Word>(t);
+        carry = static_cast<Word>(t >> kWordBits);
+      }
+    }
+  }
+  const std::size_t n = room[0][3] != 0 ? 4 : 3;
+  const int shift = std::countl_zero(room[0][n - 1]);
+  return lehmer_step(leading({room[0], n}, n, shift), leading({room[1], n}, n, shift), once);
+}
+
+// One column of a reduction by a step.
+void apply_to_column(const LehmerStep& m, Words& x, Words& y) {
+  const std::size_t n = std::max(x.size, y.size);
+  x.widen(n);
+  y.widen(n);
+  Word* const u = x.w;
+  Word* const v = y.w;
+  Word carry_x = 0, carry_y = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const Word s = u[i];
+    const Word t = v[i];
+    const Wide sum_x = Wide{m.a} * s + Wide{m.b} * t;
+    const Wide sum_y = Wide{m.c} * s + Wide{m.d} * t;
+    u[i] = Decimal::settle(sum_x, carry_x);
+    v[i] = Decimal::settle(sum_y, carry_y);
+  }
+  for (; carry_x != 0; carry_x /= kPair) x.w[x.size++] = carry_x % kPair;
+  for (; carry_y != 0; carry_y /= kPair) y.w[y.size++] = carry_y % kPair;
+  x.trim();
+  y.trim();
+}
+
+// Step by step until y is next to B^h: a step leaves at least x / 2^66 > x / B^3 of it, the first
+// half of one x / 2^33 > x / B^2. False where a quotient was too large for a step.
+bool take_steps(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
+  Words x = to_pairs(v.x, ws), y = to_pairs(v.y, ws);
+  Words a = to_pairs(m.a, ws), b = to_pairs(m.b, ws);
+  Words c = to_pairs(m.c, ws), d = to_pairs(m.d, ws);
+  bool right = true;
+  while (limbs_of(y) >= h + 3) {
+    const LehmerStep step = step_of(x, y, limbs_of(y) == h + 3);
+    right = !step.trivial();
+    if (!right) break;
+    apply<Decimal>(step, x, y);
+    apply_to_column(step, a, c);
+    apply_to_column(step, b, d);
+    m.odd ^= step.odd;
+    if (less(x, y)) {
+      std::swap(x, y);
+      std::swap(a, c);
+      std::swap(b, d);
+      m.odd = !m.odd;
+    }
+  }
+  from_pairs(v.x, x);
+  from_pairs(v.y, y);
+  from_pairs(m.a, a);
+  from_pairs(m.b, b);
+  from_pairs(m.c, c);
+  from_pairs(m.d, d);
+  return right;
+}
+
+// Steps until y is next to B^h, and whole quotients where one is too large.
+void reduce_by_steps(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
+  order(v, m);
+  while (v.y.size >= h + 3) {
+    if (!take_steps(v, m, h, ws) && !quotient_step(v, m, h, ws)) return;
+    order(v, m);
+  }
+}
+
+// The last `size` limbs of x, zero before its own.
+Limbs widened(const Resizable& x, std::size_t size) {
+  const Limbs run = x.room.last(size);
+  std::fill_n(run.begin(), size - std::min(size, x.size), 0);
+  return run;
+}
+
+// The entries of m in one length, with a zero limb before the longest.
+Matrix entries_of(const Reduction& m) {
+  const std::size_t size = 1 + std::max({m.a.size, m.b.size, m.c.size, m.d.size});
+  return {widened(m.a, size), widened(m.b, size), widened(m.c, size), widened(m.d, size)};
+}
+
+// to = from B^p + lower, or - lower if `minus`, which is above zero; lower is the complement of
+// what is below zero if its first limb tells so, and shorter than the result.
+void join(Resizable& to, const Resizable& from, ConstLimbs lower, std::size_t p, bool minus) {
+  to.size = from.size + p;
+  const Limbs r = to.run();
+  assert(r.size() > lower.size());
+  std::ranges::copy(from.run(), r.begin());
+  std::fill_n(r.last(p).begin(), p, 0);
+  const Limb unit = 1;
+  const ConstLimbs one(&unit, 1);
+  const Limbs head = r.first(r.size() - lower.size());
+  const bool below = lower[0] >= kBase / 2;
+  const Limb first = (minus ? subtract : add)(r, r, lower);
+  const Limb second = below ? (minus ? add : subtract)(head, head, one) : 0;
+  const Limb over = minus ? second - first : first - second;
+  if (over != 0) to.room[to.room.size() - ++to.size] = over;
+  to.trim();
+}
+
+// What `part` did to the leading limbs `top` of v, done to all of v; p limbs were left out. Their
+// share is below B^(p+k) in size; p + k + 1 limbs are one more than it has.
 void extend(Numbers& v, const Numbers& top, const Reduction& part, std::size_t p, Workspace ws) {
-  Resizable x = take_zero(v.x.size + 1, ws);
-  Resizable y = take_zero(v.x.size + 1, ws);
-  const auto lift = [p](Resizable& to, const Resizable& from) {
-    to.size = from.size + p;
-    std::copy(from.run().begin(), from.run().end(), to.run().begin());
-    std::fill_n(to.room.last(p).begin(), p, 0);
-  };
-  lift(x, top.x);
-  lift(y, top.y);
-  const ConstLimbs low_x = v.x.room.last(p);
-  const ConstLimbs low_y = v.y.room.last(p);
-  // Sums first, so that nothing becomes negative on the way.
-  add_product(x, part.odd ? low_y : low_x, part.odd ? part.b.run() : part.a.run(), ws);
-  subtract_product(x, part.odd ? low_x : low_y, part.odd ? part.a.run() : part.b.run(), ws);
-  add_product(y, part.odd ? low_x : low_y, part.odd ? part.c.run() : part.d.run(), ws);
-  subtract_product(y, part.odd ? low_y : low_x, part.odd ? part.d.run() : part.c.run(), ws);
-  v.x.set(x.run());
-  v.y.set(y.run());
+  if (p == 0) {
+    v.x.set(top.x.run());
+    v.y.set(top.y.run());
+    return;
+  }
+  const Matrix m = entries_of(part);
+  const std::size_t size = m.a.size() + p;
+  const MatrixVector low{widened(v.x, v.x.size).last(p), widened(v.y, v.x.size).last(p),
+                         ws.take<Limb>(size), ws.take<Limb>(size)};
+  multiply_matrix(m, {&low, 1}, true, ws);
+  join(v.x, top.x, low.u, p, part.odd);
+  join(v.y, top.y, low.v, p, part.odd);
 }
 
 // m = part x m.
 void compose(Reduction& m, const Reduction& part, Workspace ws) {
-  for (auto [top, low] : {std::pair(&m.a, &m.c), std::pair(&m.b, &m.d)}) {
-    Resizable x = take_zero(top->room.size() + 1, ws);
-    Resizable y = take_zero(top->room.size() + 1, ws);
-    add_product(x, part.a.run(), top->run(), ws);
-    add_product(x, part.b.run(), low->run(), ws);
-    add_product(y, part.c.run(), top->run(), ws);
-    add_product(y, part.d.run(), low->run(), ws);
-    top->set(x.run());
-    low->set(y.run());
-  }
+  const Matrix by = entries_of(part);
+  const Matrix old = entries_of(m);
+  const std::size_t size = by.a.size() + old.a.size();
+  const MatrixVector columns[] = {{old.a, old.c, ws.take<Limb>(size), ws.take<Limb>(size)},
+                                  {old.b, old.d, ws.take<Limb>(size), ws.take<Limb>(size)}};
+  multiply_matrix(by, columns, false, ws);
+  m.a.set(strip(columns[0].u));
+  m.b.set(strip(columns[1].u));
+  m.c.set(strip(columns[0].v));
+  m.d.set(strip(columns[1].v));
   m.odd ^= part.odd;
 }
 
@@ -198,7 +283,6 @@ bool reduce_leading(Numbers& v, Reduction* all, std::size_t k, Workspace ws) {
   Reduction part = take_identity(k + 2, ws);
   reduce_to(top, part, length - k, ws);
   if (part.b.size == 0) return false;
-  std::fill_n(v.y.room.last(n).begin(), n - v.y.size, 0);
   extend(v, top, part, p, ws);
   if (all != nullptr) compose(*all, part, ws);
   return true;
@@ -228,11 +312,15 @@ void reduce_to(Numbers& v, Reduction& m, std::size_t h, Workspace ws) {
 // Each level keeps its leading limbs and its reduction; on top of them all at most one step of the
 // longest numbers is at work.
 std::size_t half_gcd_workspace(std::size_t n) {
-  const std::size_t top = n / 2 + 4;
+  const std::size_t k = n / kShare;
+  const std::size_t top = 2 * k + 2;
   const std::size_t dividing = 2 * Workspace::bytes<Limb>(top) + divide_workspace(top);
-  const std::size_t extending = 2 * Workspace::bytes<Limb>(n + 1) + Workspace::bytes<Limb>(n + 8) +
-                                multiply_workspace(top, n / 4 + 4);
-  std::size_t size = std::max(dividing, extending);
+  const std::size_t extending =
+      2 * Workspace::bytes<Limb>(n) + multiply_matrix_workspace(k + 1, n - 2 * k, 1);
+  const std::size_t composing =
+      4 * Workspace::bytes<Limb>(k + 8) + multiply_matrix_workspace(k / 2 + 4, k / 2 + 4, 2);
+  const std::size_t stepping = 2 * pairs_workspace(top) + 4 * pairs_workspace(k + 2);
+  std::size_t size = std::max({dividing, extending, composing, stepping});
   for (std::size_t m = top;; m = m * 5 / 8 + 4) {
     size += 2 * Workspace::bytes<Limb>(m) + identity_workspace(m / 2 + 4);
     if (m < 2 * kHalfGcdSteps) break;
@@ -242,7 +330,7 @@ std::size_t half_gcd_workspace(std::size_t n) {
 
 bool half_gcd(Resizable& x, Resizable& y, Workspace ws) {
   Numbers v{x, y};
-  if (!reduce_leading(v, nullptr, x.size / 4, ws)) return false;
+  if (!reduce_leading(v, nullptr, x.size / kShare, ws)) return false;
   x = v.x;
   y = v.y;
   return true;

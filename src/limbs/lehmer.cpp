@@ -1,90 +1,70 @@
-// Finding a step takes the leading 63 bits of both numbers, which are a little too small;
-// lehmer_step() says why the step is right all the same. Applying it is one pass over both numbers.
+// The quotients of a step are found in two halves, each on 63 leading bits and with entries of 31:
+// on the leading 128 bits of both numbers, then on what the first half makes of these. That is 2^96
+// or more and off by less than 2^31; cut to 63 bits by less than 3/2, which is why the second half
+// stops earlier.
 #include "limbs/lehmer.h"
 
 #include <bit>
-#include <cassert>
 #include <cstdlib>
 #include <utility>
-
-#include "base/wide.h"
 
 namespace tivelo::limbs {
 namespace {
 
-constexpr std::int64_t kEntryLimit = std::int64_t{1} << 31;
+// Twice the square of it is below 2^63 - 2^55.
+constexpr std::int64_t kEntryLimit = (std::int64_t{1} << 31) - (std::int64_t{1} << 23);
 
-// Leading limbs of x and of y, aligned to x, as numbers of at most 63 bits in a common unit.
-std::pair<std::int64_t, std::int64_t> leading(ConstLimbs x, ConstLimbs y) {
-  Wide high = 0;
-  Wide low = 0;
-  const std::size_t lag = x.size() - y.size();
-  for (std::size_t i = 0; i < 3; ++i) {
-    high = high * kBase + x[i];
-    low = low * kBase + (i < lag ? 0 : y[i - lag]);
-  }
-  const auto top = static_cast<std::uint64_t>(high >> 64);
-  const int width = top != 0 ? 64 + static_cast<int>(std::bit_width(top))
-                             : static_cast<int>(std::bit_width(static_cast<std::uint64_t>(high)));
-  const int shift = std::max(width - 63, 0);
-  return {static_cast<std::int64_t>(high >> shift), static_cast<std::int64_t>(low >> shift)};
-}
+Word magnitude(std::int64_t x) { return static_cast<Word>(x < 0 ? -x : x); }
 
-// Both numbers at once, in place. A column is below 2 x 2^31 x 10^8 in size, kLift (kBase - 1) more
-// makes it positive: it gets kLift more from the column behind it than it is owed, which costs the
-// carry no time.
-void apply_columns(const LehmerStep& m, Limbs x, Limbs y) {
-  assert(x.size() == y.size());
-  constexpr std::int64_t kLift = std::int64_t{1} << 33;
-  const auto settle = [](std::int64_t column, std::uint64_t& carry) {
-    const auto t = static_cast<std::uint64_t>(column + kLift * (kBase - 1)) + carry;
-    carry = t / kBase;
-    return static_cast<Limb>(t % kBase);
-  };
-  std::uint64_t carry_x = kLift;
-  std::uint64_t carry_y = kLift;
-  for (std::size_t i = x.size(); i-- > 0;) {
-    const std::int64_t u = x[i];
-    const std::int64_t v = y[i];
-    x[i] = settle(m.a * u + m.b * v, carry_x);
-    y[i] = settle(m.c * u + m.d * v, carry_y);
-  }
-  assert(carry_x == kLift && carry_y == kLift);
-}
-
-}  // namespace
-
-// Euclid's algorithm on x and y. The true results differ from x and y by less than an entry, or 3/2
-// times two entries, so while both stay at twice as much the true ones are positive, whether or not
-// the quotients are those of the true numbers.
-LehmerStep lehmer_step(std::int64_t x, std::int64_t y, int slack) {
+// Euclid's algorithm on x >= y, leading bits of two long numbers, of at most 63 bits each. They are
+// at most 1 below the true ones in their unit if `slack` is 1, less than 3/2 off if it is 2. The
+// true results differ from x and y by less than an entry, or 3/2 times two entries, so while both
+// stay at twice as much the true ones are positive, whether or not the quotients are those of the
+// true numbers.
+LehmerStep half_step(std::int64_t x, std::int64_t y, int slack) {
   const std::int64_t least = 2 * slack * kEntryLimit;
-  LehmerStep m;
+  std::int64_t a = 1, b = 0, c = 0, d = 1;
   while (y >= least) {
     const std::int64_t q = x / y;
     const std::int64_t rest = x - q * y;
     if (q >= kEntryLimit || rest < least) break;
-    const std::int64_t c = m.a - q * m.c;
-    const std::int64_t d = m.b - q * m.d;
-    if (std::max(std::abs(c), std::abs(d)) >= kEntryLimit) break;
-    m = {m.c, m.d, c, d};
+    const std::int64_t next_c = a - q * c;
+    const std::int64_t next_d = b - q * d;
+    if (std::max(std::abs(next_c), std::abs(next_d)) >= kEntryLimit) break;
+    a = std::exchange(c, next_c);
+    b = std::exchange(d, next_d);
     x = std::exchange(y, rest);
   }
-  return m;
+  return {magnitude(a), magnitude(b), magnitude(c), magnitude(d), b > 0};
 }
 
-LehmerStep lehmer_step(ConstLimbs x, ConstLimbs y) {
-  if (x.size() - y.size() > 1) return {};
-  const auto [high, low] = leading(x, y);
-  return lehmer_step(high, low);
+}  // namespace
+
+// Signs alternate like a chessboard's, so that nothing cancels where two halves are joined.
+LehmerStep lehmer_step(Wide x, Wide y, bool once) {
+  const LehmerStep f =
+      half_step(static_cast<std::int64_t>(x >> 65), static_cast<std::int64_t>(y >> 65), 1);
+  if (f.trivial() || once) return f;
+  // Modulo 2^128, which holds the results.
+  const Wide u = f.odd ? f.b * y - f.a * x : f.a * x - f.b * y;
+  const Wide v = f.odd ? f.c * x - f.d * y : f.d * y - f.c * x;
+  const int shift = 65 - std::countl_zero(static_cast<Word>(u >> kWordBits));
+  if (u < v || shift < 1) return f;
+  const LehmerStep m =
+      half_step(static_cast<std::int64_t>(u >> shift), static_cast<std::int64_t>(v >> shift), 2);
+  return {m.a * f.a + m.b * f.c, m.a * f.b + m.b * f.d, m.c * f.a + m.d * f.c,
+          m.c * f.b + m.d * f.d, f.odd != m.odd};
 }
 
-void apply(const LehmerStep& step, Resizable& x, Resizable& y) {
-  std::fill_n(y.room.last(x.size).begin(), x.size - y.size, 0);
-  y.size = x.size;
-  apply_columns(step, x.run(), y.run());
-  x.trim();
-  y.trim();
+Wide leading(const Words& x, std::size_t n, int shift) {
+  // Word i and what moves in from the one behind it, zero outside of x.
+  const auto shifted = [&x, shift](std::size_t i) {
+    const Word word = i < x.size ? x.w[i] : 0;
+    if (shift == 0) return word;
+    const Word next = i - 1 < x.size ? x.w[i - 1] : 0;
+    return word << shift | next >> (kWordBits - shift);
+  };
+  return (Wide{shifted(n - 1)} << kWordBits) + shifted(n - 2);
 }
 
 }  // namespace tivelo::limbs

@@ -79,8 +79,13 @@ for number, factor in ((p1, lower), (p12, lower), (p1 * cut, upper), (p12 * cut,
     for j in range(3):
         place[j] += number // BASE**j % BASE * factor
 top, top_upper = p12 // BASE**3, p12 * cut // BASE**3
-down, up = top * lower + top_upper, top * lower + top_upper * (Fraction(p, 4) / cut + 1)
+# v3 of a difference of two products, the shorter factors of 2^limit coefficients, may be below zero.
+limit = numbers((KERNELS / "../limbs/matrix.cpp").read_text(), "kMostEntries")[-1] - 1
+check("sums of two products are as good as one", 2 * 2**limit <= 2 ** (longest - 1))
+below = Fraction(2**limit * BASE**4, p12) + 1
+down, up = (top * lower + top_upper * (least / cut + 1) for least in (below, Fraction(p, 4)))
 check("limbs of p1 and p1 p2, times 2^22 or not", p1 * cut < BASE**3 and top_upper < 2**53)
+check("v3 is below 2^39.4 where it is negative", below < 2**39.4)
 check("places without their bias are less than the bias",
       max(place[0] + place[2], place[1] + down) < bias * (BASE - 1))
 check("places with their bias are below 2^52",

@@ -26,6 +26,9 @@ void residues() {
     const Residue x = residue_of(a, target()), y = residue_of(b, target());
     ASSERT_EQ(value_of(x), big(a) % modulus) << n;
     ASSERT_EQ(value_of(product_of(x, y)), big(a) * big(b) % modulus) << n;
+    ASSERT_EQ(value_of(sum_of(x, y)), (big(a) + big(b)) % modulus) << n;
+    ASSERT_EQ(value_of(sum_of(negative_of(x), residue_of_power(n))),
+              (power_of_base(n) - big(a)) % modulus);
     ASSERT_TRUE(casts_out(a, x, target()));
     ASSERT_TRUE(x.rest < kCastOut && x.fold < kCastOut);
   }
@@ -55,7 +58,17 @@ struct Product {
   bool square = false;
   Number near = {};  // where the product is found from this
   kernels::Shape shape = {};
+  std::size_t entry = 0;  // where a is the entries of a matrix, b is a vector
+  bool minus = false;
 };
+
+void multiply_matrix_of(Number& r, const Product& p, Workspace ws) {
+  const std::size_t n = p.entry, m = p.b.size() / 2;
+  const ConstLimbs a = p.a, b = p.b;
+  const MatrixVector vector{b.first(m), b.last(m), Limbs(r).first(n + m), Limbs(r).last(n + m)};
+  multiply_matrix({a.first(n), a.subspan(n, n), a.subspan(2 * n, n), a.last(n)}, {&vector, 1},
+                  p.minus, ws);
+}
 
 // Shapes on both sides of every change of method, and of some changes of the transform's length.
 std::vector<Product> products(const Target& t) {
@@ -91,6 +104,17 @@ std::vector<Product> products(const Target& t) {
       p.near = run_of(near, p.expected.size());
     }
   }
+  // By a matrix, whose entries are too small for a sum that does not fit.
+  for (const std::size_t n : {150u, 151u, 333u}) {
+    Product p{operands.any(4 * n), operands.any(2 * (n + operands.below(300))), {}};
+    for (std::size_t i = 0; i < 4; ++i) p.a[i * n] = 0;
+    p.entry = n;
+    p.minus = n % 2 == 1;
+    p.expected = Number(2 * n + p.b.size(), 7);
+    LentWorkspace lent(multiply_matrix_workspace(n, p.b.size() / 2, 1));
+    multiply_matrix_of(p.expected, p, lent.workspace());
+    all.push_back(p);
+  }
   return all;
 }
 
@@ -103,8 +127,9 @@ bool wraps(const Product& p) {
 bool multiply_refused(Number& r, const Product& p, LentWorkspace& lent) {
   std::byte* data = lent.workspace().take<std::byte>(0).data();
   const std::size_t na = p.a.size(), nb = p.b.size();
-  Workspace ws(data, p.near.empty() ? multiply_workspace(na, nb)
-                                    : Kept::bytes(p.shape) + Kept::workspace(p.shape, na, nb));
+  Workspace ws(data, p.entry > 0      ? multiply_matrix_workspace(p.entry, nb / 2, 1)
+                     : p.near.empty() ? multiply_workspace(na, nb)
+                                      : Kept::bytes(p.shape) + Kept::workspace(p.shape, na, nb));
   try {
     if (!p.near.empty()) {
       r = p.near;
@@ -112,6 +137,10 @@ bool multiply_refused(Number& r, const Product& p, LentWorkspace& lent) {
       return false;
     }
     r.assign(p.expected.size(), 7);
+    if (p.entry > 0) {
+      multiply_matrix_of(r, p, ws);
+      return false;
+    }
     p.square ? square(r, p.a, ws) : multiply(r, p.a, p.b, ws);
   } catch (const Refused&) {
     return true;
@@ -128,10 +157,13 @@ void damage_products(const Target& t, const Target& second, int times, bool twic
   kernels::force_targets(&first_road, &second_road);
   Number r;
   int refused = 0;
+  faults.calls[1] = 0;
+  for (const Product& p : all) ASSERT_TRUE(!multiply_refused(r, p, lent) && r == p.expected);
+  ASSERT_EQ(faults.calls[1], 0) << "done again without need";
   const auto any = [](unsigned among) { return static_cast<Fault>(1 + faults.some.below(among)); };
   for (int i = 0; i < times && !testing::Test::HasFatalFailure(); ++i) {
     const Product& p = all[static_cast<std::size_t>(i) % all.size()];
-    const bool keeps = p.a.size() >= 12 * p.b.size() || !p.near.empty();
+    const bool keeps = (p.entry == 0 && p.a.size() >= 12 * p.b.size()) || !p.near.empty();
     faults.of_road[0] = any(keeps ? 11u : 10u);
     faults.of_road[1] = twice ? any(10) : Fault::kNone;
     faults.calls[1] = 0;

@@ -171,5 +171,24 @@ TEST(MultiplyTargets, LongestOperands) {
   expect_largest(n, n, square_of(a));
 }
 
+// Results of both signs; the lengths around the change of method, even and odd, and far apart.
+TEST_P(Multiply, MatrixAgainstOracle) {
+  Operands operands(67);
+  for (const auto& [n, m] : {std::pair(1u, 1u),
+                             {3, 7},
+                             {149, 149},
+                             {150, 149},
+                             {150, 150},
+                             {151, 800},
+                             {333, 332},
+                             {160, 2000},
+                             {1003, 1277}}) {
+    for (int round = 0; round < 16; ++round) {
+      ASSERT_TRUE(multiplies_matrix(operands, n, m, 1 + round / 2 % 2, round % 2 == 1))
+          << n << " by " << m << ", " << round;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tivelo::limbs

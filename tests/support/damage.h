@@ -96,6 +96,12 @@ kernels::Target damaged(const kernels::Target& real) {
     damage_product<kRoad>(r, transform_limbs(na, nb, s));
     return above;
   };
+  t.multiply_matrix = [](const kernels::MatrixProduct& p, double* work) {
+    faults.real[kRoad]->multiply_matrix(p, work);
+    damage_product<kRoad>(
+        p.result[faults.some.below(static_cast<std::uint32_t>(p.columns))][faults.some.below(2)],
+        p.entry_size + p.vector_size);
+  };
   t.prepare = [](double* x, const std::uint32_t* b, std::size_t nb, Shape s) {
     faults.real[kRoad]->prepare(x, b, nb, s);
     const auto doubles = static_cast<std::uint32_t>(3 * transform_length(s));

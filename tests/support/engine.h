@@ -10,6 +10,7 @@
 #include "limbs/exponents.h"
 #include "limbs/gcd.h"
 #include "limbs/linear.h"
+#include "limbs/matrix.h"
 #include "limbs/modular.h"
 #include "limbs/multiply.h"
 #include "limbs/probable_prime.h"
@@ -53,6 +54,28 @@ inline Number product_of(const Number& a, const Number& b) {
   LentWorkspace lent(multiply_workspace(a.size(), b.size()));
   multiply(r, a, b, lent.workspace());
   return r;
+}
+
+// A matrix of entries of n limbs by `count` vectors of m; the first limbs of entries are zero.
+inline bool multiplies_matrix(Operands& some, std::size_t n, std::size_t m, unsigned count,
+                              bool minus) {
+  std::vector<Number> of, r(4, Number(n + m, 7));
+  for (int i = 0; i < 8; ++i) of.push_back(some.any(i < 4 ? n : m));
+  for (int i = 0; i < 4; ++i) of[i][0] = 0;
+  const MatrixVector vectors[] = {{of[4], of[5], r[0], r[1]}, {of[6], of[7], r[2], r[3]}};
+  LentWorkspace lent(multiply_matrix_workspace(n, m, count));
+  multiply_matrix({of[0], of[1], of[2], of[3]}, std::span(vectors).first(count), minus,
+                  lent.workspace());
+  const mpz_class a = big(of[0]), b = big(of[1]), c = big(of[2]), d = big(of[3]);
+  const mpz_class wrap = power_of_base(n + m);
+  bool right = true;
+  for (unsigned i = 0; i < count; ++i) {
+    const mpz_class x = big(of[4 + 2 * i]), y = big(of[5 + 2 * i]);
+    const mpz_class u = minus ? mpz_class(a * x - b * y + wrap) : mpz_class(a * x + b * y);
+    const mpz_class v = minus ? mpz_class(d * y - c * x + wrap) : mpz_class(c * x + d * y);
+    right = right && big(r[2 * i]) == u % wrap && big(r[2 * i + 1]) == v % wrap;
+  }
+  return right;
 }
 
 inline Number square_of(const Number& a) {
