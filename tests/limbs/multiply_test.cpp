@@ -183,7 +183,7 @@ TEST_P(Multiply, MatrixAgainstOracle) {
                              {333, 332},
                              {160, 2000},
                              {1003, 1277}}) {
-    for (int round = 0; round < 16; ++round) {
+    for (unsigned round = 0; round < 16; ++round) {
       ASSERT_TRUE(multiplies_matrix(operands, n, m, 1 + round / 2 % 2, round % 2 == 1))
           << n << " by " << m << ", " << round;
     }

@@ -61,7 +61,7 @@ inline bool multiplies_matrix(Operands& some, std::size_t n, std::size_t m, unsi
                               bool minus) {
   std::vector<Number> of, r(4, Number(n + m, 7));
   for (int i = 0; i < 8; ++i) of.push_back(some.any(i < 4 ? n : m));
-  for (int i = 0; i < 4; ++i) of[i][0] = 0;
+  for (std::size_t i = 0; i < 4; ++i) of[i][0] = 0;
   const MatrixVector vectors[] = {{of[4], of[5], r[0], r[1]}, {of[6], of[7], r[2], r[3]}};
   LentWorkspace lent(multiply_matrix_workspace(n, m, count));
   multiply_matrix({of[0], of[1], of[2], of[3]}, std::span(vectors).first(count), minus,
