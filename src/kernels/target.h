@@ -58,13 +58,6 @@ Shape shape_for(std::size_t n);
 // The shortest that is cyclic, which all are but those of u = 7: at most 4/3 of n.
 Shape cyclic_shape_for(std::size_t n);
 
-// Sums over a run of limbs, apart for [0] even and [1] odd places from the end, the last being 0.
-struct Sums {
-  std::uint64_t plain[2];
-  std::uint64_t weighted[2];  // each limb times the pair it is in, the last being pair 0
-  bool excess;                // some limb is kBase or more; then the sums may be anything
-};
-
 // The shape whose transform is the cheaper way to a product of na by nb limbs, though it wraps the
 // product around: the longest cyclic one that is shorter than shape_for() the product, if what
 // wraps around is at most a sixteenth of the shorter factor; else shape_for() the product.
@@ -74,9 +67,17 @@ Shape product_shape(std::size_t na, std::size_t nb);
 // wraps around, n being the length.
 std::size_t transform_limbs(std::size_t na, std::size_t nb, Shape s);
 
+// Sums over a run of limbs, apart for [0] even and [1] odd places from the end, the last being 0.
+struct Sums {
+  std::uint64_t plain[2];
+  std::uint64_t weighted[2];  // each limb times the pair it is in, the last being pair 0
+  bool excess;                // some limb is kBase or more; then the sums may be anything
+};
+
 // A matrix a, b, c, d by one or two vectors x, y: a x + b y and c x + d y, or a x - b y and d y - c
 // x where `minus` is set, modulo B^(entry_size + vector_size), B the base: a result below zero is
-// its complement. Entries have at most 2^22 limbs, and no product more coefficients than the shape.
+// its complement. Entries or vectors have at most 2^22 limbs, and no product more coefficients than
+// the shape.
 struct MatrixProduct {
   const std::uint32_t* entry[4];  // a, b, c, d
   std::size_t entry_size;
